@@ -1,0 +1,71 @@
+#pragma once
+// The open company's database as a module sees it. It accepts SQL text as the module
+// writes it (rows limited with "SELECT FIRST n", decimal columns, date literals made by
+// DateLiteral) and adapts it to the backend. Field names are looked up without regard to
+// letter case. Failures throw DbError, except that TableExists, FieldExists and
+// LookupValue report absence by their result.
+
+#include "Date.h"
+#include "Value.h"
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qx {
+
+class DbError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// Rows of one query. A row set opened on a single table ("SELECT * FROM T WHERE ...",
+// "SELECT FIRST 0 * FROM T") is appendable and updatable: AddNew starts a new row,
+// SetField fills the current or new row, Update writes it.
+class Recordset {
+public:
+    virtual ~Recordset() = default;
+
+    virtual bool EndOfRows() const = 0;
+    virtual void MoveNext() = 0;
+    virtual int FieldCount() const = 0;
+    virtual std::string FieldName(int index) const = 0;
+    virtual bool HasField(std::string_view name) const = 0;
+    // Throws DbError for a name the row set does not have, or past the last row.
+    virtual Value Field(std::string_view name) const = 0;
+    virtual Value Field(int index) const = 0;
+
+    virtual void AddNew() = 0;
+    virtual void SetField(std::string_view name, Value value) = 0;
+    virtual void Update() = 0;
+    virtual void Close() = 0;
+};
+
+class CompanyDb {
+public:
+    virtual ~CompanyDb() = default;
+
+    // Runs DDL or DML. The module passes option 128 (no rows returned), kept for its sake.
+    virtual void ExecuteSql(std::string_view sql, int options = 128) = 0;
+    virtual std::unique_ptr<Recordset> OpenRecordset(std::string_view sql) = 0;
+
+    virtual bool TableExists(std::string_view table) = 0;
+    virtual bool FieldExists(std::string_view field, std::string_view table) = 0;
+    // Adds each named field the table lacks, all with the SQL type given ("Decimal(8,4)").
+    virtual void AddFields(std::string_view table, std::string_view sqlType,
+                           const std::vector<std::string>& fields) = 0;
+    // The field or aggregate ("MAX(MCD)") of the first row matching the condition (which may
+    // be empty); a null Value, read as 0 or "", when there is none or the query fails.
+    virtual Value LookupValue(std::string_view table, std::string_view fieldOrAggregate,
+                              std::string_view condition) = 0;
+
+    // The backend's SQL literal of a day.
+    virtual std::string DateLiteral(Date date) const = 0;
+};
+
+// The text as a quoted SQL string literal, quotes doubled: D'SOUZA -> 'D''SOUZA'.
+std::string SqlQuote(std::string_view text);
+
+} // namespace qx
