@@ -1,0 +1,138 @@
+#include "Screen.h"
+
+#include <stdexcept>
+
+namespace qx::ui {
+namespace {
+
+bool IsFunctionKey(Key key) {
+    return static_cast<int>(key) >= static_cast<int>(Key::F1) &&
+           static_cast<int>(key) <= static_cast<int>(Key::F12);
+}
+
+// Leaving a control runs its checks; false keeps the focus where it is.
+bool LetsFocusGo(Control& control) {
+    if (auto* grid = dynamic_cast<Grid*>(&control)) return grid->Commit();
+    if (auto* box = dynamic_cast<TextBox*>(&control); box && box->OnValidate) {
+        bool cancel = false;
+        box->OnValidate(cancel);
+        return !cancel;
+    }
+    return true;
+}
+
+} // namespace
+
+Screen::Screen(std::string name, std::string caption)
+    : name_(std::move(name)), caption_(std::move(caption)) {}
+
+Screen::~Screen() = default;
+
+void Screen::SetCaption(std::string caption) {
+    if (caption == caption_) return;
+    caption_ = std::move(caption);
+    if (view_) view_->CaptionChanged();
+}
+
+void Screen::Adopt(std::unique_ptr<Control> control) {
+    if (!control->Name().empty() && Find(control->Name()))
+        throw std::invalid_argument("screen " + name_ + " already has a control " +
+                                    control->Name());
+    control->SetOwner(this);
+    // Until the screen lays out its controls itself, each shows on a row of its own.
+    if (!layoutDefined_) {
+        if (layout_.empty()) layout_.emplace_back();
+        layout_.front().rows.push_back({{control.get()}});
+    }
+    controls_.push_back(std::move(control));
+}
+
+Control* Screen::Find(std::string_view name) const {
+    for (const auto& control : controls_)
+        if (control->Name() == name) return control.get();
+    return nullptr;
+}
+
+void Screen::BeginGroup(std::string caption, bool sideBySide) {
+    // The first group the screen defines replaces the default layout.
+    if (!layoutDefined_) layout_.clear();
+    layoutDefined_ = true;
+    layout_.push_back({.caption = std::move(caption), .rows = {}, .sideBySide = sideBySide});
+}
+
+void Screen::AddRow(std::vector<Control*> controls) {
+    for (const Control* control : controls)
+        if (!control || control->Owner() != this)
+            throw std::invalid_argument("screen " + name_ + " lays out a control it does not have");
+    if (!layoutDefined_) BeginGroup();
+    layout_.back().rows.push_back({std::move(controls)});
+}
+
+void Screen::RunLoad() {
+    if (loaded_) return;
+    Load();
+    loaded_ = true;
+}
+
+void Screen::RunActivate() {
+    if (!activated_) {
+        activated_ = true;
+        FirstActivate();
+    }
+    Activate();
+}
+
+bool Screen::RunQueryUnload() {
+    bool cancel = false;
+    QueryUnload(cancel);
+    return !cancel;
+}
+
+void Screen::RunUnload() { Unload(); }
+
+bool Screen::KeyDown(const KeyPress& key) {
+    if (!key.Plain()) return false;
+    if (IsFunctionKey(key.key) || key.key == Key::Escape) {
+        // By index: a click may add controls to the screen.
+        for (std::size_t i = 0; i < controls_.size(); ++i)
+            if (auto* bar = dynamic_cast<ButtonBar*>(controls_[i].get()); bar && bar->PressKey(key.key))
+                return true;
+        return false;
+    }
+    if (key.key == Key::Enter || key.key == Key::Tab) {
+        if (auto* grid = dynamic_cast<Grid*>(focused_)) grid->MoveNext();
+        else FocusNext();
+        return true;
+    }
+    return false;
+}
+
+void Screen::Focus(Control& control) {
+    if (control.Owner() != this)
+        throw std::invalid_argument("screen " + name_ + " cannot focus " + control.Name());
+    if (&control == focused_) return;
+    if (focused_ && !LetsFocusGo(*focused_)) return;
+    focused_ = &control;
+    if (view_) view_->FocusChanged(control);
+}
+
+void Screen::FocusNext() {
+    if (controls_.empty()) return;
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < controls_.size(); ++i)
+        if (controls_[i].get() == focused_) start = i + 1;
+    for (std::size_t step = 0; step < controls_.size(); ++step) {
+        Control& candidate = *controls_[(start + step) % controls_.size()];
+        if (candidate.TakesFocus()) {
+            Focus(candidate);
+            return;
+        }
+    }
+}
+
+void Screen::Close(bool accepted) {
+    accepted_ = accepted;
+    if (view_) view_->CloseRequested();
+}
+
+} // namespace qx::ui
