@@ -1,0 +1,237 @@
+#include "HostSchema.h"
+
+#include "SqlAdapter.h"
+
+#include <string>
+#include <vector>
+
+namespace qx::db {
+namespace {
+
+struct ColumnSpec {
+    std::string_view name;
+    std::string_view type;
+};
+
+struct TableSpec {
+    std::string_view name;
+    std::vector<ColumnSpec> columns;
+    std::vector<std::string_view> primaryKey;
+};
+
+// Types by what a column holds. Statements of the module divide, sum and compare these.
+constexpr std::string_view kCode = "INTEGER";
+constexpr std::string_view kFlag = "INTEGER";
+constexpr std::string_view kNumber = "INTEGER";
+constexpr std::string_view kMoney = "DECIMAL(16,4)";
+constexpr std::string_view kQuantity = "DECIMAL(16,4)";
+constexpr std::string_view kRate = "DECIMAL(8,4)";
+constexpr std::string_view kDate = "DATE";
+
+// Names are upper case, as the tables' users write them in SQL of every letter case.
+const std::vector<TableSpec> kTables = {
+    {"QXCOMPANY", {{"NAME", "VARCHAR(40)"}, {"VALUE", "VARCHAR(250)"}}, {"NAME"}},
+    // Items
+    {"STKMASTER",
+     {{"QMCD", kCode}, {"QMHD", "VARCHAR(60)"}, {"QVATCTGNO", kCode}, {"QUNIT", "VARCHAR(10)"}},
+     {"QMCD"}},
+    // VAT categories of items
+    {"CTGMASTER", {{"CTGNO", kCode}, {"CTGNAME", "VARCHAR(60)"}}, {"CTGNO"}},
+    // Accounts (ledger heads); MST is the station or sub-type, MBSHNO the balance-sheet group
+    {"FAMASTER",
+     {{"MCD", kCode},
+      {"MHD", "VARCHAR(80)"},
+      {"MST", "VARCHAR(40)"},
+      {"MSTATE", "VARCHAR(40)"},
+      {"MDISTRICT", "VARCHAR(40)"},
+      {"MTINNO", "VARCHAR(20)"},
+      {"MBSHNO", kCode},
+      {"MLGRNO", kCode},
+      {"MGRPNO", kCode},
+      {"MSPO", "VARCHAR(4)"},
+      {"MTRDNO", kCode},
+      {"MHDA1", "VARCHAR(80)"},
+      {"MCELLNO", "VARCHAR(20)"},
+      {"MAADHARNO", "VARCHAR(20)"},
+      {"MPANNO", "VARCHAR(20)"},
+      {"MBANKACNO", "VARCHAR(30)"},
+      {"MIFSCCODE", "VARCHAR(20)"},
+      {"MMICRCODE", "VARCHAR(20)"},
+      {"MBANKNAME", "VARCHAR(60)"},
+      {"MCRDAYS", kNumber},
+      {"MINTTRATE", kRate}},
+     {"MCD"}},
+    // Print heads of accounts
+    {"FAHEADS",
+     {{"CODE", kCode}, {"SUBCODE", kCode}, {"HEAD", "VARCHAR(80)"}, {"PRESSHEAD", "VARCHAR(80)"}},
+     {"CODE", "SUBCODE"}},
+    // VAT classes of accounts
+    {"VATMASTER", {{"CODE", kCode}, {"VATCODE", kCode}}, {"CODE", "VATCODE"}},
+    {"VATCLASSES",
+     {{"VATCLASSNO", kCode},
+      {"VATCLASSNAME", "VARCHAR(60)"},
+      {"PRESSHEAD", "VARCHAR(80)"},
+      {"SPO", "VARCHAR(4)"}},
+     {"VATCLASSNO"}},
+    // Posting accounts per series and VAT category
+    {"VATCATEGORYTAXRATES",
+     {{"SERIESID", kCode},
+      {"VATCTGNO", kCode},
+      {"SALEPOSTINGCODE", kCode},
+      {"SALEVATCLASSCODE", kCode},
+      {"TAXPOSTINGCODE", kCode},
+      {"TAXVATCLASSCODE", kCode}},
+     {"SERIESID", "VATCTGNO"}},
+    // Document series
+    {"DOCCONFIG",
+     {{"SERIESID", kCode},
+      {"SERIESCODE", "VARCHAR(10)"},
+      {"SERIESNAME", "VARCHAR(60)"},
+      {"SUBSERIESNAME", "VARCHAR(60)"},
+      {"DOCTYPE", "VARCHAR(20)"},
+      {"DOCPROPERTIES", "VARCHAR(250)"},
+      {"DOCTAXRATE", kRate},
+      {"DOCVATBILL", kFlag},
+      {"DOCCODESALE", kCode},
+      {"DOCVOUCHERFACTOR", kNumber}},
+     {"SERIESID"}},
+    // Document headers
+    {"DOCMAIN",
+     {{"DOCUMENTID", kCode},
+      {"DOCSERIES", "VARCHAR(10)"},
+      {"DOCSERIESID", kCode},
+      {"DOCNUMBER", kNumber},
+      {"DOCDATE", kDate},
+      {"PARTYCODE", kCode},
+      {"GROSSAMT", kMoney},
+      {"GRANDTOTAL", kMoney},
+      {"LABOUR", kMoney},
+      {"LOADING", kMoney},
+      {"ROUNDOFFAMT", kMoney},
+      {"JFORMNOPORTAL", "VARCHAR(20)"},
+      {"CANCELLED", kFlag},
+      {"NARRATION", "VARCHAR(250)"}},
+     {"DOCUMENTID"}},
+    // Document lines; REFNO numbers the lines of a document
+    {"DOCDATA",
+     {{"DOCUMENTID", kCode},
+      {"REFNO", kNumber},
+      {"PRODUCTID", kCode},
+      {"CUSTOMERID", kCode},
+      {"QUANTITY", kQuantity},
+      {"FREEQUANTITY", kQuantity},
+      {"QTYPERBOX", kQuantity},
+      {"NOOFBOXES", kQuantity},
+      {"RATE", kMoney},
+      {"AMOUNT", kMoney},
+      {"QUALITYCUT", kQuantity},
+      {"BATCHNO", "VARCHAR(30)"},
+      {"STOCKFACTOR", kNumber},
+      {"JFACTOR", kNumber},
+      {"OH_OTHERS", kMoney}},
+     {"DOCUMENTID", "REFNO"}},
+    // Ledger rows: DAMT positive for debit, negative for credit; DSRNO numbers the rows of a
+    // voucher
+    {"FADATA",
+     {{"VOUCHERID", kCode},
+      {"DSRNO", kNumber},
+      {"DCD", kCode},
+      {"DVCHDATE", kDate},
+      {"DBOOK", "VARCHAR(10)"},
+      {"DTRNTYPE", "VARCHAR(10)"},
+      {"DAMT", kMoney},
+      {"NARRATIONID", kCode},
+      {"DDOCUMENTID", kCode},
+      {"DENTRYKIND", "VARCHAR(10)"}},
+     {}},
+    {"FANAR", {{"NARRATIONID", kCode}, {"NARRATION", "VARCHAR(250)"}}, {"NARRATIONID"}},
+    // Voucher register
+    {"FADOCS",
+     {{"VOUCHERID", kCode},
+      {"ISAUTOVOUCHER", kFlag},
+      {"VCHDATE", kDate},
+      {"TRNTYPE", "VARCHAR(10)"}},
+     {"VOUCHERID"}},
+    {"FIRMSETTINGS", {{"NAME", "VARCHAR(60)"}, {"VALUE", "VARCHAR(1000)"}}, {"NAME"}},
+    {"FIRMOPTIONS", {{"OPTIONNO", kNumber}, {"OPTIONVALUE", "VARCHAR(250)"}}, {"OPTIONNO"}},
+};
+
+struct IndexSpec {
+    std::string_view table;
+    std::vector<std::string_view> columns;
+};
+
+// What every save and every report reads: documents by date and series, lines by document and
+// by product, ledger rows by transaction type and date and by account and date, names.
+const std::vector<IndexSpec> kIndexes = {
+    {"DOCMAIN", {"DOCDATE", "DOCSERIES"}},
+    {"DOCDATA", {"DOCUMENTID"}},
+    {"DOCDATA", {"PRODUCTID"}},
+    {"FADATA", {"DTRNTYPE", "DVCHDATE"}},
+    {"FADATA", {"DCD", "DVCHDATE"}},
+    {"FAMASTER", {"MHD"}},
+    {"STKMASTER", {"QMHD"}},
+};
+
+std::string Joined(const std::vector<std::string_view>& names, std::string_view separator) {
+    std::string out;
+    for (std::string_view name : names)
+        out += (out.empty() ? "" : std::string(separator)) + std::string(name);
+    return out;
+}
+
+bool IsKey(const TableSpec& table, std::string_view column) {
+    for (std::string_view key : table.primaryKey)
+        if (key == column)
+            return true;
+    return false;
+}
+
+// Keys must be given; other columns start as 0 or '' so that rows written without them still
+// add up and compare ("MST=''", "Quantity+FreeQuantity").
+std::string ColumnDefinition(const TableSpec& table, const ColumnSpec& column) {
+    std::string definition = std::string(column.name) + " " + std::string(column.type);
+    if (IsKey(table, column.name))
+        return definition + " NOT NULL";
+    switch (ClassifySqlType(column.type)) {
+    case SqlTypeKind::Integer:
+    case SqlTypeKind::Decimal:
+        return definition + " DEFAULT 0";
+    case SqlTypeKind::Text:
+        return definition + " DEFAULT ''";
+    default:
+        return definition;
+    }
+}
+
+std::string CreateTableSql(const TableSpec& table) {
+    std::string sql = "CREATE TABLE " + std::string(table.name) + " (";
+    for (std::size_t i = 0; i < table.columns.size(); ++i)
+        sql += (i == 0 ? "" : ", ") + ColumnDefinition(table, table.columns[i]);
+    if (!table.primaryKey.empty())
+        sql += ", PRIMARY KEY (" + Joined(table.primaryKey, ", ") + ")";
+    return sql + ")";
+}
+
+std::string CreateIndexSql(const IndexSpec& index) {
+    return "CREATE INDEX IX_" + std::string(index.table) + "_" + Joined(index.columns, "_") +
+           " ON " + std::string(index.table) + " (" + Joined(index.columns, ", ") + ")";
+}
+
+} // namespace
+
+void CreateHostSchema(CompanyDb& db, std::string_view companyName) {
+    for (const TableSpec& table : kTables)
+        db.ExecuteSql(CreateTableSql(table));
+    for (const IndexSpec& index : kIndexes)
+        db.ExecuteSql(CreateIndexSql(index));
+    auto mark = [&](std::string_view name, std::string_view value) {
+        db.ExecuteSql("INSERT INTO QXCOMPANY (NAME, VALUE) VALUES (" + SqlQuote(name) + ", " +
+                      SqlQuote(value) + ")");
+    };
+    mark("FORMAT", kCompanyFormat);
+    mark("SCHEMAVERSION", std::to_string(kHostSchemaVersion));
+    mark("COMPANYNAME", companyName);
+}
+
+} // namespace qx::db

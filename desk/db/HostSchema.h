@@ -1,0 +1,32 @@
+#pragma once
+// The host's own tables in a company database: items, accounts and their print heads, VAT
+// classes and categories, series, document headers and lines, ledger rows, narrations, the
+// voucher register, firm settings and options, and the marker that identifies a company.
+// Modules add tables and columns of their own on top (AddFields, CREATE TABLE).
+
+#include "host/CompanyDb.h"
+
+#include <array>
+#include <string_view>
+
+namespace qx::db {
+
+struct SchemaVersion {
+    int version;
+    std::string_view change;
+};
+
+// One line per version; a company records the version that made it (SCHEMAVERSION).
+inline constexpr std::array kSchemaHistory = {
+    SchemaVersion{1, "first schema: masters, series, documents, ledger, settings, indexes"},
+};
+inline constexpr int kHostSchemaVersion = kSchemaHistory.back().version;
+
+// The marker table QXCOMPANY (NAME, VALUE): FORMAT = kCompanyFormat says the database is a
+// QX Desk company; SCHEMAVERSION and COMPANYNAME go with it.
+inline constexpr std::string_view kCompanyFormat = "QX Desk company";
+
+// Creates the tables, their indexes and the marker. The caller wraps it in one transaction.
+void CreateHostSchema(CompanyDb& db, std::string_view companyName);
+
+} // namespace qx::db

@@ -1,0 +1,69 @@
+#pragma once
+// A company kept in one SQLite file: embedded, nothing to install, copied and backed up as a
+// file. The module's SQL text reaches SQLite through AdaptSql.
+
+#include "host/CompanyDb.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+struct sqlite3;
+
+namespace qx::db {
+
+class SqliteCompanyDb final : public CompanyDb {
+public:
+    // A new company file with the host's tables; refuses a path that exists.
+    static std::unique_ptr<SqliteCompanyDb> Create(const std::filesystem::path& path,
+                                                   const std::string& companyName);
+    // An existing company. A missing file, or one that is not a QX Desk company, is refused
+    // before anything is written to it.
+    static std::unique_ptr<SqliteCompanyDb> Open(const std::filesystem::path& path);
+    ~SqliteCompanyDb() override;
+    SqliteCompanyDb(const SqliteCompanyDb&) = delete;
+    SqliteCompanyDb& operator=(const SqliteCompanyDb&) = delete;
+
+    void ExecuteSql(std::string_view sql, int options = 128) override;
+    std::unique_ptr<Recordset> OpenRecordset(std::string_view sql) override;
+    bool TableExists(std::string_view table) override;
+    bool FieldExists(std::string_view field, std::string_view table) override;
+    // A new number column gets DEFAULT 0, so that rows saved before it existed add up.
+    void AddFields(std::string_view table, std::string_view sqlType,
+                   const std::vector<std::string>& fields) override;
+    Value LookupValue(std::string_view table, std::string_view fieldOrAggregate,
+                      std::string_view condition) override;
+    std::string DateLiteral(Date date) const override;
+
+    // One unit of work at a time: beginning a second one while one is open throws DbError.
+    void BeginTransaction();
+    void Commit();
+    void Rollback();
+
+    const std::filesystem::path& Path() const { return path_; }
+
+private:
+    SqliteCompanyDb(sqlite3* db, std::filesystem::path path);
+    void Run(std::string_view sql);
+
+    sqlite3* db_;
+    std::filesystem::path path_;
+    bool inTransaction_ = false;
+};
+
+// Rolls back on leaving its scope unless committed: a save is all or nothing.
+class Transaction {
+public:
+    explicit Transaction(SqliteCompanyDb& db);
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+
+    void Commit();
+
+private:
+    SqliteCompanyDb& db_;
+    bool done_ = false;
+};
+
+} // namespace qx::db

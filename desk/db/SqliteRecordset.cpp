@@ -1,0 +1,189 @@
+#include "SqliteRecordset.h"
+
+#include "SqliteStatement.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace qx::db {
+namespace {
+
+bool SameName(std::string_view a, std::string_view b) {
+    auto upper = [](char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 32) : c; };
+    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
+                                              [&](char x, char y) { return upper(x) == upper(y); });
+}
+
+std::string QuotedName(std::string_view name) {
+    std::string quoted = "\"";
+    for (char c : name)
+        quoted += c == '"' ? "\"\"" : std::string(1, c);
+    return quoted + "\"";
+}
+
+} // namespace
+
+SqliteRecordset::SqliteRecordset(sqlite3* db, std::string_view sql) : db_(db), sql_(sql) {
+    const std::string adapted = AdaptSql(sql);
+    writable_ = AsWritableQuery(adapted);
+    Statement query(db, writable_ ? writable_->sqlWithRowid : adapted, sql);
+    if (query.Empty())
+        throw DbError("no query in: " + sql_);
+    const int first = writable_ ? 1 : 0; // the rowid column is not one of the fields
+    for (int i = first; i < query.ColumnCount(); ++i) {
+        names_.push_back(query.ColumnName(i));
+        kinds_.push_back(query.ColumnKind(i));
+    }
+    while (query.Step()) {
+        Row row{0, {}, std::vector<bool>(names_.size(), false)};
+        if (writable_)
+            row.rowid = std::get<std::int64_t>(query.Column(0).Raw());
+        for (int i = first; i < query.ColumnCount(); ++i)
+            row.values.push_back(query.Column(i));
+        rows_.push_back(std::move(row));
+    }
+}
+
+bool SqliteRecordset::EndOfRows() const {
+    return current_ >= rows_.size();
+}
+
+void SqliteRecordset::MoveNext() {
+    if (EndOfRows())
+        throw DbError("no row after the last one in: " + sql_);
+    if (HasUnwrittenChanges())
+        throw DbError("a changed row was left without Update in: " + sql_);
+    ++current_;
+}
+
+int SqliteRecordset::FieldCount() const {
+    return static_cast<int>(names_.size());
+}
+
+std::string SqliteRecordset::FieldName(int index) const {
+    if (index < 0 || index >= FieldCount())
+        throw DbError("no field number " + std::to_string(index) + " in: " + sql_);
+    return names_[static_cast<std::size_t>(index)];
+}
+
+bool SqliteRecordset::HasField(std::string_view name) const {
+    return FindField(name).has_value();
+}
+
+Value SqliteRecordset::Field(std::string_view name) const {
+    return CurrentRow().values[FieldIndex(name)];
+}
+
+Value SqliteRecordset::Field(int index) const {
+    FieldName(index); // checks the index
+    return CurrentRow().values[static_cast<std::size_t>(index)];
+}
+
+void SqliteRecordset::AddNew() {
+    if (!writable_)
+        throw DbError("rows of this query cannot be added to: " + sql_);
+    if (HasUnwrittenChanges())
+        throw DbError("a changed row was left without Update in: " + sql_);
+    if (!EndOfRows() && CurrentRow().rowid == 0)
+        return; // the new row is still blank
+    rows_.push_back(
+        Row{0, std::vector<Value>(names_.size()), std::vector<bool>(names_.size(), false)});
+    current_ = rows_.size() - 1;
+}
+
+void SqliteRecordset::SetField(std::string_view name, Value value) {
+    if (!writable_)
+        throw DbError("rows of this query cannot be changed: " + sql_);
+    Row& row = CurrentRow();
+    const std::size_t index = FieldIndex(name);
+    row.values[index] = std::move(value);
+    row.changed[index] = true;
+}
+
+void SqliteRecordset::Update() {
+    if (!writable_)
+        throw DbError("rows of this query cannot be changed: " + sql_);
+    Row& row = CurrentRow();
+    std::vector<std::size_t> changed;
+    for (std::size_t i = 0; i < row.changed.size(); ++i)
+        if (row.changed[i])
+            changed.push_back(i);
+
+    std::string sql;
+    if (row.rowid == 0 && changed.empty()) {
+        sql = "INSERT INTO " + writable_->table + " DEFAULT VALUES";
+    } else if (row.rowid == 0) {
+        std::string columns;
+        std::string parameters;
+        for (std::size_t i : changed) {
+            columns += (columns.empty() ? "" : ",") + QuotedName(names_[i]);
+            parameters += parameters.empty() ? "?" : ",?";
+        }
+        sql = "INSERT INTO " + writable_->table + " (" + columns + ") VALUES (" + parameters + ")";
+    } else if (!changed.empty()) {
+        std::string assignments;
+        for (std::size_t i : changed)
+            assignments += (assignments.empty() ? "" : ",") + QuotedName(names_[i]) + "=?";
+        sql = "UPDATE " + writable_->table + " SET " + assignments + " WHERE rowid=?";
+    } else {
+        return; // nothing changed
+    }
+
+    Statement write(db_, sql);
+    int parameter = 0;
+    for (std::size_t i : changed)
+        write.Bind(++parameter, row.values[i], kinds_[i]);
+    if (row.rowid != 0)
+        write.Bind(++parameter, Value(row.rowid));
+    write.Step();
+    // Read the row back, so that defaults and stored forms show as the database holds them.
+    ReadRow(row.rowid != 0 ? row.rowid : sqlite3_last_insert_rowid(db_), row);
+}
+
+void SqliteRecordset::Close() {
+    rows_.clear();
+    current_ = 0;
+    writable_.reset();
+}
+
+std::optional<std::size_t> SqliteRecordset::FindField(std::string_view name) const {
+    for (std::size_t i = 0; i < names_.size(); ++i)
+        if (SameName(names_[i], name))
+            return i;
+    return std::nullopt;
+}
+
+std::size_t SqliteRecordset::FieldIndex(std::string_view name) const {
+    if (auto index = FindField(name))
+        return *index;
+    throw DbError("no field " + std::string(name) + " in: " + sql_);
+}
+
+const SqliteRecordset::Row& SqliteRecordset::CurrentRow() const {
+    if (EndOfRows())
+        throw DbError("no current row (past the last one) in: " + sql_);
+    return rows_[current_];
+}
+
+SqliteRecordset::Row& SqliteRecordset::CurrentRow() {
+    return const_cast<Row&>(std::as_const(*this).CurrentRow());
+}
+
+bool SqliteRecordset::HasUnwrittenChanges() const {
+    return !EndOfRows() && std::ranges::any_of(rows_[current_].changed, [](bool c) { return c; });
+}
+
+void SqliteRecordset::ReadRow(std::int64_t rowid, Row& row) {
+    Statement read(db_, "SELECT * FROM " + writable_->table + " WHERE rowid=?");
+    read.Bind(1, Value(rowid));
+    if (!read.Step())
+        throw DbError("the row written is gone from " + writable_->table);
+    row.rowid = rowid;
+    for (std::size_t i = 0; i < row.values.size(); ++i)
+        row.values[i] = read.Column(static_cast<int>(i));
+    std::fill(row.changed.begin(), row.changed.end(), false);
+}
+
+} // namespace qx::db

@@ -1,0 +1,61 @@
+#pragma once
+// The rows of one query, read whole when the query runs (simple, and safe under WAL at a
+// company's sizes). A query of the form "SELECT * FROM T [WHERE ...]" (also "SELECT FIRST 0 *
+// FROM T") is writable: AddNew + SetField + Update inserts a row into T, SetField + Update on
+// a row read changes that row, found again by its rowid.
+
+#include "SqlAdapter.h"
+
+#include "host/CompanyDb.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+struct sqlite3;
+
+namespace qx::db {
+
+class SqliteRecordset final : public Recordset {
+public:
+    // db must outlive a writable row set.
+    SqliteRecordset(sqlite3* db, std::string_view sql);
+
+    bool EndOfRows() const override;
+    void MoveNext() override;
+    int FieldCount() const override;
+    std::string FieldName(int index) const override;
+    bool HasField(std::string_view name) const override;
+    Value Field(std::string_view name) const override;
+    Value Field(int index) const override;
+
+    void AddNew() override;
+    void SetField(std::string_view name, Value value) override;
+    void Update() override;
+    void Close() override;
+
+private:
+    struct Row {
+        std::int64_t rowid = 0; // 0: a new row not written yet
+        std::vector<Value> values;
+        std::vector<bool> changed;
+    };
+
+    std::optional<std::size_t> FindField(std::string_view name) const;
+    std::size_t FieldIndex(std::string_view name) const;
+    const Row& CurrentRow() const;
+    Row& CurrentRow();
+    bool HasUnwrittenChanges() const;
+    void ReadRow(std::int64_t rowid, Row& row);
+
+    sqlite3* db_;
+    std::string sql_;
+    std::optional<WritableQuery> writable_;
+    std::vector<std::string> names_;
+    std::vector<SqlTypeKind> kinds_;
+    std::vector<Row> rows_;
+    std::size_t current_ = 0;
+};
+
+} // namespace qx::db

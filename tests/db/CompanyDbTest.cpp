@@ -1,0 +1,528 @@
+// A company in a real SQLite file, driven with the module's own statements.
+#include "desk/db/SqliteCompanyDb.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <ostream>
+#include <random>
+
+namespace qx {
+// Readable failures: the kind of value and its text.
+void PrintTo(const Value& value, std::ostream* out) {
+    static constexpr const char* kKinds[] = {"null",   "bool", "int64", "double",
+                                             "Amount", "Date", "text"};
+    *out << kKinds[value.Raw().index()] << " " << value.AsText();
+}
+} // namespace qx
+
+using qx::Amount;
+using qx::Date;
+using qx::DbError;
+using qx::SqlQuote;
+using qx::Value;
+using qx::db::SqliteCompanyDb;
+using qx::db::Transaction;
+namespace fs = std::filesystem;
+
+namespace {
+
+class TempDir {
+public:
+    TempDir()
+        : path_(fs::temp_directory_path() /
+                ("qxdb-test-" + std::to_string(std::random_device{}()))) {
+        fs::create_directories(path_);
+    }
+    ~TempDir() { fs::remove_all(path_); }
+    const fs::path& Path() const { return path_; }
+
+private:
+    fs::path path_;
+};
+
+std::string FileBytes(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+Amount Amt(std::string_view text) {
+    return *Amount::Parse(text);
+}
+
+std::string ThrownMessage(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const DbError& error) {
+        return error.what();
+    }
+    ADD_FAILURE() << "no DbError";
+    return {};
+}
+
+class Company : public ::testing::Test {
+protected:
+    void SetUp() override {
+        db_ = SqliteCompanyDb::Create(dir_.Path() / "test.kdb", "Test Company");
+    }
+
+    // The market table and the host-table columns, as the module creates them.
+    void AddModuleSchema() {
+        db_->ExecuteSql("CREATE TABLE MARKETMASTER ( MARKETID INT NOT NULL, MARKETNAME VARCHAR(60) "
+                        "NOT NULL, STATION VARCHAR(30), STATE VARCHAR(30), REMARKS VARCHAR(80), "
+                        "CONSTRAINT PK_MARKETMASTER PRIMARY KEY (MARKETID) )");
+        db_->ExecuteSql("CREATE INDEX MARKETMASTER_MARKETNAME ON MARKETMASTER ( MARKETNAME )");
+        db_->ExecuteSql("ALTER TABLE MARKETMASTER ADD SERIES VARCHAR(10) NOT NULL");
+        db_->ExecuteSql("UPDATE MARKETMASTER SET SERIES='' WHERE SERIES IS NULL");
+        db_->AddFields("STKMASTER", "Decimal(8,4)",
+                       {"qMarketFee", "qRDF", "qPIDF", "qPurTax", "qLabourIF", "qCancerFund"});
+        db_->AddFields("DOCMAIN", "Decimal(16,4)",
+                       {"LabourAmt", "DamiAmt", "StitchAmt", "DharmadaAmt"});
+        db_->AddFields("DOCMAIN", "Int", {"FormBookNo", "FormNo", "MarketID"});
+        db_->AddFields("DOCMAIN", "VarChar(50)", {"UTRNo"});
+        db_->AddFields("DOCMAIN", "Date", {"UTRDate"});
+        db_->AddFields("DOCDATA", "Decimal(8,4)",
+                       {"iMarketFeeRate", "iRDFRate", "iPIDFRate", "iPurTaxRate", "iLabourRateIF",
+                        "iCancerFundRate"});
+        db_->AddFields("DOCDATA", "Decimal(16,4)",
+                       {"AddLessKgs", "iMarketFeeAmt", "iRDFAmt", "iPIDFAmt", "iPurTaxAmt",
+                        "iLabourAmtIF", "iCancerFundAmt"});
+        db_->AddFields("STKMASTER", "int", {"qVATRateCode"});
+    }
+
+    // A day in Khanna: a J-Form of 16.3 quintals of wheat sold to Gupta Traders, taken over by
+    // his I-Form in two lines, 10 quintals with 50 kg added and 6.3 quintals.
+    void AddSeasonDay() {
+        AddModuleSchema();
+        for (const char* sql : {
+                 "INSERT INTO MARKETMASTER (MARKETID,MARKETNAME,SERIES) VALUES (1,'KHANNA','JF')",
+                 "INSERT INTO CTGMASTER (CTGNO,CTGNAME) VALUES (1,'FOOD GRAINS')",
+                 "INSERT INTO STKMASTER (QMCD,QMHD,QVATCTGNO,qMarketFee,qRDF,qCancerFund) VALUES "
+                 "(1,'WHEAT',1,2,2,0.5)",
+                 "INSERT INTO FAMASTER (MCD,MHD,MST,MBANKACNO) VALUES (10,'RAM "
+                 "SINGH','KHANNA','3344')",
+                 "INSERT INTO FAMASTER (MCD,MHD,MST) VALUES (12,'GUPTA TRADERS','KHANNA')",
+                 "INSERT INTO FANAR (NARRATIONID,NARRATION) VALUES (1,'J-Form No. 101')",
+                 "INSERT INTO DOCCONFIG (SERIESID,SERIESCODE,DOCPROPERTIES) VALUES "
+                 "(1,'JF','*JForm*')",
+                 "INSERT INTO DOCCONFIG (SERIESID,SERIESCODE,DOCPROPERTIES) VALUES "
+                 "(2,'IF','*IForm*')",
+                 "INSERT INTO DOCMAIN "
+                 "(DOCUMENTID,DOCSERIES,DOCSERIESID,DOCNUMBER,DOCDATE,PARTYCODE,GRANDTOTAL,"
+                 "FormBookNo,FormNo,MarketID) "
+                 "VALUES (1,'JF',1,1,'2024-05-10',10,32600,7,101,1)",
+                 "INSERT INTO DOCMAIN "
+                 "(DOCUMENTID,DOCSERIES,DOCSERIESID,DOCNUMBER,DOCDATE,PARTYCODE,GRANDTOTAL,DamiAmt,"
+                 "MarketID) "
+                 "VALUES (2,'IF',2,1,'2024-05-10',12,33000,400,1)",
+                 "INSERT INTO DOCDATA "
+                 "(DOCUMENTID,REFNO,PRODUCTID,CUSTOMERID,QUANTITY,RATE,AMOUNT,STOCKFACTOR,JFACTOR) "
+                 "VALUES (1,1,1,12,16.3,2000,32600,0,1)",
+                 "INSERT INTO DOCDATA "
+                 "(DOCUMENTID,REFNO,PRODUCTID,CUSTOMERID,QUANTITY,RATE,AMOUNT,STOCKFACTOR,JFACTOR,"
+                 "AddLessKgs) "
+                 "VALUES (2,1,1,12,10,2000,20000,1,-1,50)",
+                 "INSERT INTO DOCDATA "
+                 "(DOCUMENTID,REFNO,PRODUCTID,CUSTOMERID,QUANTITY,RATE,AMOUNT,STOCKFACTOR,JFACTOR) "
+                 "VALUES (2,2,1,12,6.3,2000,12600,1,-1)",
+                 "INSERT INTO FADATA "
+                 "(VOUCHERID,DSRNO,DCD,DVCHDATE,DBOOK,DTRNTYPE,DAMT,NARRATIONID) "
+                 "VALUES (5,1,10,'2024-05-10','JV','IJF',-32600,1)",
+             })
+            db_->ExecuteSql(sql);
+    }
+
+    std::vector<std::vector<Value>> Rows(std::string_view sql) {
+        std::vector<std::vector<Value>> rows;
+        for (auto rs = db_->OpenRecordset(sql); !rs->EndOfRows(); rs->MoveNext()) {
+            rows.emplace_back();
+            for (int i = 0; i < rs->FieldCount(); ++i)
+                rows.back().push_back(rs->Field(i));
+        }
+        return rows;
+    }
+
+    TempDir dir_;
+    std::unique_ptr<SqliteCompanyDb> db_;
+};
+
+} // namespace
+
+// ---- create, open, refuse --------------------------------------------------------------------
+
+TEST_F(Company, CreatedCompanyReopensWithItsMarkerInWalMode) {
+    const fs::path path = db_->Path();
+    db_->ExecuteSql("INSERT INTO STKMASTER (QMCD,QMHD) VALUES (1,'WHEAT')");
+    db_.reset();
+
+    auto db = SqliteCompanyDb::Open(path);
+    EXPECT_EQ(db->LookupValue("STKMASTER", "QMHD", "QMCD=1"), Value("WHEAT"));
+    EXPECT_EQ(db->LookupValue("QXCOMPANY", "VALUE", "NAME='FORMAT'"), Value("QX Desk company"));
+    EXPECT_EQ(db->LookupValue("QXCOMPANY", "VALUE", "NAME='COMPANYNAME'"), Value("Test Company"));
+    EXPECT_EQ(db->OpenRecordset("PRAGMA journal_mode")->Field(0), Value("wal"));
+
+    EXPECT_THROW(SqliteCompanyDb::Create(path, "Again"), DbError);
+}
+
+TEST(CompanyFile, OpenRefusesWhatIsNotACompanyAndLeavesItUnchanged) {
+    TempDir dir;
+    const fs::path missing = dir.Path() / "missing.kdb";
+    EXPECT_EQ(ThrownMessage([&] { SqliteCompanyDb::Open(missing); }),
+              missing.string() + " does not exist");
+    EXPECT_FALSE(fs::exists(missing));
+
+    const fs::path empty = dir.Path() / "empty.kdb";
+    const fs::path text = dir.Path() / "notes.kdb";
+    const fs::path foreign = dir.Path() / "other.db";
+    std::ofstream(empty).close();
+    std::ofstream(text) << "Khanna mandi, season 2024\n";
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(foreign.c_str(), &other), SQLITE_OK);
+    sqlite3_exec(other,
+                 "CREATE TABLE NOTES (ID INTEGER, BODY TEXT); INSERT INTO NOTES VALUES (1,'x');",
+                 nullptr, nullptr, nullptr);
+    sqlite3_close(other);
+
+    for (const fs::path& file : {empty, text, foreign}) {
+        const std::string before = FileBytes(file);
+        EXPECT_EQ(ThrownMessage([&] { SqliteCompanyDb::Open(file); }),
+                  file.string() + " is not a QX Desk company file");
+        EXPECT_EQ(FileBytes(file), before) << file;
+    }
+}
+
+TEST(CompanyFile, OpenRefusesACompanyOfANewerSchema) {
+    TempDir dir;
+    const fs::path path = dir.Path() / "newer.kdb";
+    SqliteCompanyDb::Create(path, "Newer")
+        ->ExecuteSql("UPDATE QXCOMPANY SET VALUE='99' WHERE NAME='SCHEMAVERSION'");
+    EXPECT_NE(ThrownMessage([&] { SqliteCompanyDb::Open(path); }).find("newer QX Desk"),
+              std::string::npos);
+}
+
+// ---- the traps of the module's SQL -----------------------------------------------------------
+
+TEST_F(Company, SelectFirstZeroOpensAnEmptyAppendableRowSet) {
+    auto rows = db_->OpenRecordset("SELECT FIRST 0 * FROM FADATA");
+    EXPECT_TRUE(rows->EndOfRows());
+    EXPECT_TRUE(rows->HasField("DAMT"));
+    for (int serial = 1; serial <= 2; ++serial) {
+        rows->AddNew();
+        rows->SetField("VoucherID", 7);
+        rows->SetField("dSrNo", serial);
+        rows->SetField("dVchDate", Date::FromYmd(2024, 5, 10));
+        rows->SetField("dAmt", serial == 1 ? Amt("1250.75") : Amt("-1250.75"));
+        rows->Update();
+    }
+    EXPECT_EQ(Rows("SELECT DSRNO,DAMT,DVCHDATE FROM FADATA WHERE VOUCHERID=7 ORDER BY DSRNO"),
+              (std::vector<std::vector<Value>>{{1, Amt("1250.75"), Date::FromYmd(2024, 5, 10)},
+                                               {2, Amt("-1250.75"), Date::FromYmd(2024, 5, 10)}}));
+    EXPECT_EQ(db_->LookupValue("FADATA", "SUM(DAMT)", "VOUCHERID=7").AsAmount(), Amount());
+}
+
+TEST_F(Company, SelectFirstOneLimitsAGroupedQueryAfterItsHaving) {
+    AddSeasonDay();
+    db_->ExecuteSql(
+        "INSERT INTO DOCMAIN (DOCUMENTID,DOCSERIES,DOCDATE) VALUES (3,'JF','2024-05-08')");
+    db_->ExecuteSql(
+        "INSERT INTO DOCMAIN (DOCUMENTID,DOCSERIES,DOCDATE) VALUES (4,'JF','2024-05-09')");
+    db_->ExecuteSql(
+        "INSERT INTO DOCDATA (DOCUMENTID,REFNO,PRODUCTID,QUANTITY,JFACTOR) VALUES (3,1,1,5,1)");
+    db_->ExecuteSql(
+        "INSERT INTO DOCDATA (DOCUMENTID,REFNO,PRODUCTID,QUANTITY,JFACTOR) VALUES (4,1,1,2,1)");
+    auto pending = db_->OpenRecordset(
+        "Select First 1 sum((a.Quantity+a.FreeQuantity)*a.JFactor),b.docdate from DocData a Inner "
+        "Join DocMain b on a.DocumentID=b.DocumentID where a.JFactor<>0 and b.DocDate<" +
+        db_->DateLiteral(Date::FromYmd(2024, 5, 11)) +
+        " group by b.docdate having sum((a.Quantity+a.FreeQuantity)*a.JFactor)<>0");
+    ASSERT_FALSE(pending->EndOfRows());
+    EXPECT_EQ(pending->Field("docdate"), Value(Date::FromYmd(2024, 5, 8)));
+    pending->MoveNext();
+    EXPECT_TRUE(pending->EndOfRows());
+}
+
+TEST_F(Company, DecimalColumnsKeepDecimalDivision) {
+    AddSeasonDay(); // the I-Form line: 10 quintals with AddLessKgs 50
+    auto rows = db_->OpenRecordset(
+        "Select b.*,a.ProductID,(a.Quantity+(a.AddLessKgs/100)) as Quantity,a.NoOfBoxes as "
+        "Bags,a.Rate,a.Amount,m.mhd,m.mst,s.qmhd,mm.marketname,a.QualityCut from (((DocData a "
+        "Inner Join DocMain b on a.DocumentID=b.DocumentID) Inner Join FAMaster m on "
+        "b.PartyCode=m.mcd) Inner Join StkMaster s on a.ProductID=s.qmcd) Left Join MarketMaster "
+        "mm on b.MarketID=mm.MarketID where b.DocSeries='IF' and a.JFactor<>0 and b.DocDate "
+        "between '2024-05-10' and '2024-05-10' order by b.DocDate,b.DocNumber,a.RefNo");
+    ASSERT_FALSE(rows->EndOfRows());
+    EXPECT_EQ(rows->Field("Quantity").AsAmount(), Amt("10.5"));
+    EXPECT_EQ(rows->Field("MarketName"), Value("KHANNA"));
+    EXPECT_EQ(rows->Field("DamiAmt"), Value(Amt("400")));
+}
+
+TEST_F(Company, DecimalSumsSettleExactly) {
+    AddSeasonDay(); // 16.3 on the J-Form, 10 + 6.3 on the I-Form: nothing left pending
+    const std::string quantity = "(a.Quantity+a.FreeQuantity)*a.JFactor";
+    EXPECT_TRUE(Rows("Select a.CustomerID,Sum(" + quantity +
+                     ") as Qty From DocData a Inner Join "
+                     "DocMain b on a.DocumentID=b.DocumentID Where a.JFactor<>0 Group by "
+                     "a.CustomerID Having Sum(" +
+                     quantity + ")<>0")
+                    .empty());
+    EXPECT_EQ(Rows("SELECT SUM(QUANTITY*STOCKFACTOR), SUM(JFACTOR), SUM(QUANTITY) FROM DOCDATA"),
+              (std::vector<std::vector<Value>>{{16.3, -1, 32.6}}));
+    EXPECT_EQ(Rows("SELECT SUM(QUANTITY) FROM DOCDATA WHERE 1=0")[0][0], Value());
+    // The running total of a window frame, as SQLite's own SUM allows.
+    EXPECT_EQ(Rows("SELECT SUM(QUANTITY*JFACTOR) OVER (ORDER BY DOCUMENTID,REFNO) FROM DOCDATA "
+                   "ORDER BY DOCUMENTID,REFNO"),
+              (std::vector<std::vector<Value>>{{16.3}, {6.3}, {0.0}}));
+}
+
+TEST_F(Company, NotNullColumnIsAddedToATableWithRows) {
+    db_->ExecuteSql("CREATE TABLE MARKETMASTER ( MARKETID INT NOT NULL, MARKETNAME VARCHAR(60) NOT "
+                    "NULL, STATION VARCHAR(30), STATE VARCHAR(30), REMARKS VARCHAR(80), CONSTRAINT "
+                    "PK_MARKETMASTER PRIMARY KEY (MARKETID) )");
+    db_->ExecuteSql("INSERT INTO MARKETMASTER (MARKETID,MARKETNAME) VALUES (1,'KHANNA')");
+    db_->ExecuteSql("ALTER TABLE MARKETMASTER ADD SERIES VARCHAR(10) NOT NULL");
+    db_->ExecuteSql("UPDATE MARKETMASTER SET SERIES='' WHERE SERIES IS NULL");
+    EXPECT_EQ(db_->LookupValue("MARKETMASTER", "SERIES", "MARKETID=1"), Value(""));
+    EXPECT_THROW(db_->ExecuteSql(
+                     "INSERT INTO MARKETMASTER (MARKETID,MARKETNAME,SERIES) VALUES (2,'X',NULL)"),
+                 DbError);
+}
+
+TEST_F(Company, DatesCompareAsDaysInEveryLiteralForm) {
+    AddSeasonDay();
+    db_->ExecuteSql("INSERT INTO FADATA (VOUCHERID,DCD,DVCHDATE,DAMT) VALUES (6,10," +
+                    db_->DateLiteral(Date::FromYmd(2024, 10, 1)) + ",100)");
+    EXPECT_EQ(db_->DateLiteral(Date::FromYmd(2024, 5, 9)), "'2024-05-09'");
+    // 01/10 lies after 10/05: wrong if days were compared as dd/MM text
+    EXPECT_EQ(db_->LookupValue("FADATA", "COUNT(*)",
+                               "DCD=10 AND DVCHDATE BETWEEN '2024-05-09' AND '2024-12-31'"),
+              Value(2));
+    EXPECT_EQ(db_->LookupValue("FADATA", "COUNT(*)", "DCD=10 AND DVCHDATE>#05/10/2024#"), Value(1));
+    EXPECT_EQ(db_->LookupValue("FADATA", "COUNT(*)", "DCD=10 AND DVCHDATE={d '2024-10-01'}"),
+              Value(1));
+    EXPECT_EQ(db_->LookupValue("DOCMAIN", "DocDate", "DocumentID=1"),
+              Value(Date::FromYmd(2024, 5, 10)));
+}
+
+TEST_F(Company, NamesOfTablesAndFieldsIgnoreLetterCase) {
+    AddModuleSchema();
+    EXPECT_TRUE(db_->TableExists("marketmaster"));
+    EXPECT_TRUE(db_->FieldExists("series", "MarketMaster"));
+    EXPECT_TRUE(db_->FieldExists("ADDLESSKGS", "docdata"));
+    EXPECT_FALSE(db_->FieldExists("SERIES", "NOSUCHTABLE"));
+    EXPECT_FALSE(db_->TableExists("NOSUCHTABLE"));
+
+    db_->ExecuteSql(
+        "INSERT INTO MARKETMASTER (MARKETID,MARKETNAME,SERIES) VALUES (1,'KHANNA','JF')");
+    auto rows = db_->OpenRecordset("SELECT * FROM MARKETMASTER");
+    EXPECT_EQ(rows->Field("marketname"), Value("KHANNA"));
+    EXPECT_TRUE(rows->HasField("Series"));
+    EXPECT_FALSE(rows->HasField("SERIE"));
+}
+
+TEST_F(Company, QuotesGurmukhiAndDevanagariRoundTrip) {
+    AddModuleSchema();
+    const std::vector<std::string> names = {"D'SOUZA", "ਖੰਨਾ", "खन्ना मंडी", "O''BRIEN #1/2/2024#"};
+    int id = 0;
+    for (const std::string& name : names) {
+        if (++id % 2 == 1) {
+            db_->ExecuteSql("INSERT INTO MARKETMASTER (MARKETID,MARKETNAME) VALUES (" +
+                            std::to_string(id) + "," + SqlQuote(name) + ")");
+        } else {
+            auto rows = db_->OpenRecordset("SELECT FIRST 0 * FROM MARKETMASTER");
+            rows->AddNew();
+            rows->SetField("MARKETID", id);
+            rows->SetField("MARKETNAME", name);
+            rows->Update();
+        }
+    }
+    id = 0;
+    for (const std::string& name : names) {
+        EXPECT_EQ(db_->LookupValue("MARKETMASTER", "MARKETID", "MARKETNAME=" + SqlQuote(name)),
+                  Value(++id))
+            << name;
+        EXPECT_EQ(db_->OpenRecordset("SELECT MARKETNAME FROM MARKETMASTER WHERE MARKETID=" +
+                                     std::to_string(id))
+                      ->Field(0),
+                  Value(name));
+    }
+}
+
+// ---- row sets --------------------------------------------------------------------------------
+
+TEST_F(Company, RowOfASingleTableQueryIsUpdatedInPlace) {
+    AddModuleSchema();
+    db_->ExecuteSql("INSERT INTO MARKETMASTER (MARKETID,MARKETNAME) VALUES (1,'KHANNA')");
+    db_->ExecuteSql("INSERT INTO MARKETMASTER (MARKETID,MARKETNAME) VALUES (2,'RAJPURA')");
+    auto rows = db_->OpenRecordset("SELECT * FROM MARKETMASTER WHERE MARKETID=2");
+    rows->SetField("station", "PATIALA");
+    rows->SetField("SERIES", "JF");
+    rows->Update();
+    EXPECT_EQ(rows->Field("STATION"), Value("PATIALA"));
+    EXPECT_EQ(Rows("SELECT MARKETID,STATION,SERIES FROM MARKETMASTER ORDER BY MARKETID"),
+              (std::vector<std::vector<Value>>{{1, Value(), ""}, {2, "PATIALA", "JF"}}));
+
+    // the row written by AddNew is the current row: a second Update changes it, adds no other
+    rows->AddNew();
+    rows->SetField("MARKETID", 3);
+    rows->SetField("MARKETNAME", "SAMRALA");
+    rows->Update();
+    rows->SetField("REMARKS", "new yard");
+    rows->Update();
+    EXPECT_EQ(db_->LookupValue("MARKETMASTER", "COUNT(*)", ""), Value(3));
+    EXPECT_EQ(db_->LookupValue("MARKETMASTER", "REMARKS", "MARKETID=3"), Value("new yard"));
+}
+
+TEST_F(Company, RowSetMisuseThrowsNamingWhatIsWrong) {
+    AddSeasonDay();
+    auto joined = db_->OpenRecordset(
+        "SELECT A.*,B.NARRATION FROM FADATA A, FANAR B WHERE A.NARRATIONID=B.NARRATIONID");
+    EXPECT_NE(ThrownMessage([&] { joined->Field("NARATION"); }).find("NARATION"),
+              std::string::npos);
+    EXPECT_THROW(joined->Field(99), DbError);
+    EXPECT_THROW(joined->SetField("NARRATION", "x"), DbError);
+    EXPECT_THROW(joined->AddNew(), DbError);
+    joined->MoveNext();
+    EXPECT_TRUE(joined->EndOfRows());
+    EXPECT_THROW(joined->Field("DAMT"), DbError);
+
+    auto table = db_->OpenRecordset("SELECT * FROM FANAR");
+    table->SetField("NARRATION", "changed");
+    EXPECT_THROW(table->MoveNext(),
+                 DbError); // a change left without Update is not dropped silently
+    EXPECT_THROW(table->SetField("NOSUCH", 1), DbError);
+}
+
+TEST_F(Company, ValuesReadBackInTheFormOfTheirColumn) {
+    AddSeasonDay();
+    auto row = db_->OpenRecordset("SELECT DOCUMENTID, DOCDATE, GRANDTOTAL, JFORMNOPORTAL, UTRDATE, "
+                                  "GRANDTOTAL/3 AS THIRD, DOCSERIES||'-'||DOCNUMBER AS NO FROM "
+                                  "DOCMAIN WHERE DOCUMENTID=1");
+    EXPECT_EQ(row->Field("DOCUMENTID"), Value(1));
+    EXPECT_EQ(row->Field("DOCDATE"), Value(Date::FromYmd(2024, 5, 10)));
+    EXPECT_EQ(row->Field("GRANDTOTAL"), Value(Amt("32600")));
+    EXPECT_EQ(row->Field("JFORMNOPORTAL"), Value(""));
+    EXPECT_TRUE(row->Field("UTRDATE").IsNull());
+    EXPECT_TRUE(std::holds_alternative<double>(row->Field("THIRD").Raw()));
+    EXPECT_EQ(row->Field("NO"), Value("JF-1"));
+
+    // A line saved without the module's amounts adds up as 0, not NULL
+    db_->ExecuteSql(
+        "INSERT INTO DOCDATA (DOCUMENTID,REFNO,PRODUCTID,QUANTITY) VALUES (1,2,1,3.25)");
+    EXPECT_EQ(db_->LookupValue("DOCDATA", "Quantity+FreeQuantity+(AddLessKgs/100)",
+                               "DOCUMENTID=1 AND REFNO=2"),
+              Value(3.25));
+}
+
+// ---- lookups, schema changes, errors, transactions ---------------------------------------------
+
+TEST_F(Company, LookupValueGivesNullForNoRowAndForAFailure) {
+    AddModuleSchema();
+    EXPECT_TRUE(db_->LookupValue("MARKETMASTER", "MAX(MARKETID)", "").IsNull());
+    EXPECT_TRUE(db_->LookupValue("FAMASTER", "MCD", "MHD='NOBODY'").IsNull());
+    EXPECT_TRUE(db_->LookupValue("NOSUCHTABLE", "MCD", "MHD='X'").IsNull());
+    EXPECT_TRUE(db_->LookupValue("FAMASTER", "MCD", "MHD=").IsNull());
+}
+
+TEST_F(Company, AddFieldsAddsOnlyMissingColumnsAndTheFirstTypeStays) {
+    db_->AddFields("STKMASTER", "Decimal(8,4)", {"qMarketFee", "qRDF"});
+    db_->AddFields("STKMASTER", "Decimal(12,4)", {"qRDF", "qLabourJF"});
+    db_->AddFields("STKMASTER", "int", {"qVATRateCode", "QMHD"});
+    auto types = Rows("SELECT name, type FROM pragma_table_info('STKMASTER') WHERE name IN "
+                      "('qMarketFee','qRDF','qLabourJF','qVATRateCode','QMHD') ORDER BY cid");
+    EXPECT_EQ(types, (std::vector<std::vector<Value>>{{"QMHD", "VARCHAR(60)"},
+                                                      {"qMarketFee", "REAL"},
+                                                      {"qRDF", "REAL"},
+                                                      {"qLabourJF", "REAL"},
+                                                      {"qVATRateCode", "INT"}}));
+    db_->ExecuteSql("INSERT INTO STKMASTER (QMCD,qMarketFee) VALUES (1,2)");
+    EXPECT_EQ(db_->LookupValue("STKMASTER", "qMarketFee/4", "QMCD=1"), Value(0.5));
+}
+
+TEST_F(Company, FailedStatementThrowsWithSqliteMessageAndTheStatement) {
+    const std::string message =
+        ThrownMessage([&] { db_->ExecuteSql("UPDATE NOSUCHTABLE SET A=1"); });
+    EXPECT_NE(message.find("no such table"), std::string::npos) << message;
+    EXPECT_NE(message.find("UPDATE NOSUCHTABLE SET A=1"), std::string::npos) << message;
+    EXPECT_THROW(db_->OpenRecordset("Select nosuchcolumn from FAMASTER"), DbError);
+}
+
+TEST_F(Company, TransactionIsAllOrNothing) {
+    {
+        Transaction save(*db_);
+        db_->ExecuteSql("INSERT INTO FADOCS (VoucherID,IsAutoVoucher) values (7,-1)");
+        EXPECT_THROW(db_->BeginTransaction(), DbError); // no unit of work inside another
+        // leaves the scope without Commit, as a save that failed half way
+    }
+    EXPECT_TRUE(db_->LookupValue("FADOCS", "VOUCHERID", "VOUCHERID=7").IsNull());
+    {
+        Transaction save(*db_);
+        db_->ExecuteSql("Insert into FADocs (VoucherID,IsAutoVoucher) values (7,-1)");
+        save.Commit();
+    }
+    EXPECT_EQ(db_->LookupValue("FADOCS", "ISAUTOVOUCHER", "VOUCHERID=7"), Value(-1));
+    EXPECT_THROW(db_->Commit(), DbError);
+}
+
+// ---- the module's own statements on the host schema -------------------------------------------
+
+TEST_F(Company, ModuleReportStatementsRunOnTheHostSchema) {
+    AddSeasonDay();
+    // Daily summary, J-Forms: four joins in nested parentheses, b.* and a Left Join
+    auto jforms =
+        Rows("Select b.*,a.ProductID,a.Quantity,a.Rate,a.Amount,a.StockFactor,a.iLabourAmtIF,"
+             "a.iMarketFeeAmt,a.iRDFAmt,a.iPIDFAmt,a.iPurTaxAmt,m.mhd,m.mst,s.qmhd,"
+             "mm.marketname,a.QualityCut,a.NoOfBoxes as Bags from (((DocData a Inner Join "
+             "DocMain b on a.DocumentID=b.DocumentID) Inner Join FAMaster m on "
+             "b.PartyCode=m.mcd) Inner Join StkMaster s on a.ProductID=s.qmcd) Left Join "
+             "MarketMaster mm on b.MarketID=mm.MarketID where b.DocSeries='JF' and "
+             "b.DocDate between '2024-05-10' and '2024-05-10' Order by "
+             "b.DocDate,b.DocNumber,a.RefNo");
+    ASSERT_EQ(jforms.size(), 1u);
+
+    // Daily voucher, self purchases: a grouped subquery joined in parentheses
+    auto self = db_->OpenRecordset(
+        "SELECT Q1.*,S.QMHD,v.CtgName as VCtgName FROM (( Select "
+        "a.ProductID,b.DocNumber,sum(a.Amount) "
+        "as Amt,sum(a.iMarketFeeAmt) as MFee,b.RoundOffAmt,a.DocumentID from DocData a Inner Join "
+        "DocMain b on a.DocumentID=b.DocumentID where a.StockFactor=1 and b.DocSeries='IF' and "
+        "b.DocDate='2024-05-10' group by a.ProductID,a.DocumentID,b.DocNumber,b.RoundOffAmt ) Q1 "
+        "INNER JOIN STKMASTER S ON Q1.PRODUCTID=S.QMCD) LEFT JOIN CTGMASTER V ON "
+        "S.QVATCTGNO=V.CTGNO ORDER BY Q1.DOCNUMBER");
+    EXPECT_EQ(self->Field("Amt").AsAmount(), Amt("32600"));
+    EXPECT_EQ(self->Field("VCTGNAME"), Value("FOOD GRAINS"));
+
+    // Item rates with an alias written without AS
+    EXPECT_EQ(db_->OpenRecordset("SELECT S.QMARKETFEE,S.QRDF,S.QPIDF,S.QPURTAX,V.CTGNAME VCTGNAME,"
+                                 "S.QCANCERFUND FROM STKMASTER S INNER JOIN CTGMASTER V ON "
+                                 "S.QVATCTGNO=V.CTGNO WHERE S.QMCD=1")
+                  ->Field("VCtgName"),
+              Value("FOOD GRAINS"));
+
+    // Interest statement, the old join style
+    auto ledger = Rows(
+        "SELECT A.*,B.NARRATION FROM FADATA A, FANAR B WHERE A.NARRATIONID=B.NARRATIONID "
+        "AND DCD =10 and dvchdate >= '2024-04-01' and dvchdate <= '2025-03-31' ORDER BY DVCHDATE");
+    ASSERT_EQ(ledger.size(), 1u);
+    EXPECT_EQ(ledger[0].back(), Value("J-Form No. 101"));
+
+    // Form-M: five joins, a LIKE whose asterisks are plain characters, the UTR columns
+    const std::string formM =
+        "Select a.DocumentID,a.Quantity,c.mhd as Buyer,d.mhd as Seller,d.mBankAcNo,s.qmhd,"
+        "s.qMarketFee,b.UTRNo,b.UTRDate from ((((DocData a Inner Join DocMain b on "
+        "a.DocumentID=b.DocumentID) Left Join FAMaster c on a.CustomerID=c.mcd) Inner Join "
+        "FAMaster "
+        "d on b.PartyCode=d.mcd) Inner Join StkMaster s on a.ProductID=s.qmcd) Inner Join "
+        "docconfig "
+        "dc on b.DocSeriesID=dc.SeriesID Where b.DocDate between '2024-05-06' AND '2024-05-12' and "
+        "b.MarketID=1 and (b.DocSeries in ('JF','PL') or dc.DocProperties like '%*RDF*%') Order by "
+        "b.DocDate,b.DocNumber,a.RefNo";
+    auto formMRows = Rows(formM);
+    ASSERT_EQ(formMRows.size(), 1u);
+    EXPECT_EQ(formMRows[0][3], Value("RAM SINGH"));
+    db_->ExecuteSql("UPDATE DOCCONFIG SET DOCPROPERTIES='*IForm*RDF*' WHERE SERIESID=2");
+    EXPECT_EQ(Rows(formM).size(), 3u);
+}
