@@ -1,0 +1,179 @@
+#include "Commands.h"
+
+#include "ScreenScript.h"
+
+#include "desk/core/DeskApp.h"
+#include "desk/core/ReportText.h"
+#include "desk/core/Scripted.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cctype>
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+
+namespace qx::cli {
+namespace {
+
+constexpr const char* kUsage = R"(qx: QX Desk from the command line
+
+  qx company create PATH [--name NAME] [--firm-properties TEXT] [--option N=VALUE]...
+        create a company file; firm properties such as "*KivraMenu*" turn on a module's
+        menu, numbered options such as 676=Yes (several markets) set the firm's options
+  qx demo PATH
+        create the demo company: a mandi commission agent's firm with its markets
+  qx sql PATH "STATEMENT"
+        run one SQL statement on a company as the modules write them (SELECT FIRST n,
+        decimal columns, date literals); rows are printed as CSV with a header line
+  qx --help
+        this text
+)";
+
+// A wrong command line: exit status 2 with the usage.
+class UsageError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+std::filesystem::path DataFolder() {
+    if (const char* folder = std::getenv("QX_DATA_DIR"); folder && *folder) return folder;
+    return QX_DATA_DIR;
+}
+
+struct CompanySettings {
+    std::string name;
+    std::string firmProperties;
+    std::vector<std::pair<int, std::string>> options;
+};
+
+void CreateCompany(const std::filesystem::path& path, const CompanySettings& settings) {
+    desk::Session session;
+    session.Create(path, settings.name.empty() ? path.stem().string() : settings.name);
+    if (!settings.firmProperties.empty()) session.SetFirmSetting("FirmProperties", settings.firmProperties);
+    for (const auto& [number, value] : settings.options) session.SetOption(number, value);
+}
+
+std::pair<int, std::string> ParseOption(const std::string& text) {
+    auto equals = text.find('=');
+    if (equals == std::string::npos || equals == 0)
+        throw UsageError("--option takes NUMBER=VALUE, not \"" + text + "\"");
+    try {
+        std::size_t used = 0;
+        int number = std::stoi(text.substr(0, equals), &used);
+        if (used != equals) throw std::invalid_argument(text);
+        return {number, text.substr(equals + 1)};
+    } catch (const std::logic_error&) {
+        throw UsageError("--option takes NUMBER=VALUE, not \"" + text + "\"");
+    }
+}
+
+int CompanyCreate(const std::vector<std::string>& args, std::ostream& out) {
+    if (args.size() < 3) throw UsageError("company create needs a PATH");
+    std::filesystem::path path = args[2];
+    CompanySettings settings;
+    for (std::size_t i = 3; i < args.size(); ++i) {
+        auto value = [&]() -> const std::string& {
+            if (i + 1 >= args.size()) throw UsageError(args[i] + " needs a value");
+            return args[++i];
+        };
+        if (args[i] == "--name") settings.name = value();
+        else if (args[i] == "--firm-properties") settings.firmProperties = value();
+        else if (args[i] == "--option") settings.options.push_back(ParseOption(value()));
+        else throw UsageError("unknown option " + args[i]);
+    }
+    CreateCompany(path, settings);
+    out << "Company created: " << path.string() << '\n';
+    return 0;
+}
+
+int Demo(const std::vector<std::string>& args, std::ostream& out) {
+    if (args.size() != 2) throw UsageError("demo needs a PATH");
+    std::filesystem::path path = args[1];
+    auto file = DataFolder() / "demo" / "demo.json";
+    std::ifstream in(file);
+    if (!in) throw std::runtime_error("The demo data " + file.string() + " cannot be read.");
+    auto demo = nlohmann::json::parse(in);
+
+    CompanySettings settings;
+    const auto& company = demo.at("company");
+    settings.name = company.value("name", "");
+    settings.firmProperties = company.value("firmProperties", "");
+    const auto options = company.value("options", nlohmann::json::object());
+    for (const auto& [number, value] : options.items())
+        settings.options.emplace_back(std::stoi(number), value.get<std::string>());
+    CreateCompany(path, settings);
+
+    try {
+        desk::ScriptedFrontend frontend;
+        desk::DeskApp app(frontend);
+        app.LoadModules(desk::DefaultModulesFolder());
+        app.OpenCompany(path);
+        RunScreenScript(app, frontend, demo.at("steps"));
+        app.Shutdown();
+    } catch (...) {
+        // A half-made demo company would only mislead.
+        std::error_code ec;
+        for (const char* suffix : {"", "-wal", "-shm"})
+            std::filesystem::remove(path.string() + suffix, ec);
+        throw;
+    }
+    out << "Demo company written to " << path.string() << '\n';
+    return 0;
+}
+
+bool ReturnsRows(std::string_view sql) {
+    auto start = sql.find_first_not_of(" \t\r\n(");
+    if (start == std::string_view::npos) return false;
+    std::string word;
+    for (auto i = start; i < sql.size() && std::isalpha(static_cast<unsigned char>(sql[i])); ++i)
+        word += static_cast<char>(std::toupper(static_cast<unsigned char>(sql[i])));
+    return word == "SELECT" || word == "WITH" || word == "PRAGMA";
+}
+
+int Sql(const std::vector<std::string>& args, std::ostream& out) {
+    if (args.size() != 3) throw UsageError("sql needs a PATH and one STATEMENT");
+    desk::Session session;
+    session.Open(args[1]);
+    auto& db = session.Database();
+    if (!ReturnsRows(args[2])) {
+        db.ExecuteSql(args[2]);
+        return 0;
+    }
+    auto rows = db.OpenRecordset(args[2]);
+    auto writeLine = [&](const std::vector<std::string>& fields) {
+        for (std::size_t i = 0; i < fields.size(); ++i) out << (i ? "," : "") << desk::CsvField(fields[i]);
+        out << '\n';
+    };
+    std::vector<std::string> fields;
+    for (int i = 0; i < rows->FieldCount(); ++i) fields.push_back(rows->FieldName(i));
+    writeLine(fields);
+    for (; !rows->EndOfRows(); rows->MoveNext()) {
+        for (int i = 0; i < rows->FieldCount(); ++i) fields[i] = rows->Field(i).AsText();
+        writeLine(fields);
+    }
+    return 0;
+}
+
+} // namespace
+
+int Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    try {
+        if (args.empty() || args[0] == "--help" || args[0] == "-h" || args[0] == "help") {
+            (args.empty() ? err : out) << kUsage;
+            return args.empty() ? 2 : 0;
+        }
+        if (args[0] == "company" && args.size() >= 2 && args[1] == "create") return CompanyCreate(args, out);
+        if (args[0] == "demo") return Demo(args, out);
+        if (args[0] == "sql") return Sql(args, out);
+        throw UsageError("unknown command \"" + args[0] + "\"");
+    } catch (const UsageError& error) {
+        err << "qx: " << error.what() << "\n\n" << kUsage;
+        return 2;
+    } catch (const std::exception& error) {
+        err << "qx: " << error.what() << '\n';
+        return 1;
+    }
+}
+
+} // namespace qx::cli

@@ -1,0 +1,188 @@
+#include "DeskApp.h"
+
+#include "Scripted.h"
+#include "SelectDialog.h"
+#include "VoucherRows.h"
+
+#include <algorithm>
+
+namespace qx::desk {
+
+void SpecialMenu::AddButton(std::string key, std::string caption, std::string icon) {
+    pending_.push_back({std::move(key), std::move(caption), std::move(icon)});
+}
+
+void SpecialMenu::CreateButtons() {
+    created_.insert(created_.end(), pending_.begin(), pending_.end());
+    pending_.clear();
+}
+
+DeskApp::DeskApp(Frontend& frontend)
+    : frontend_(frontend), util_(*this, session_),
+      vouchers_(std::make_unique<LedgerVoucherUtil>()) {
+    frontend_.Attach(*this);
+}
+
+DeskApp::~DeskApp() { Shutdown(); }
+
+void DeskApp::LoadModules(const std::filesystem::path& folder) {
+    loader_.LoadFolder(folder, *this);
+}
+
+void DeskApp::Shutdown() {
+    while (!screens_.empty()) {
+        auto screen = screens_.back();
+        screen->RunUnload();
+        screens_.pop_back();
+        frontend_.Closed(*screen);
+    }
+    loader_.UnloadAll();
+    listeners_.clear();
+    session_.Close();
+}
+
+void DeskApp::OpenCompany(const std::filesystem::path& path) {
+    CloseCompany();
+    session_.Open(path);
+    Raise([](HostAppEvents& l) { l.SelectCompany(); });
+    bool handled = false;
+    Raise([&](HostAppEvents& l) { l.SplMenuCreate(Value(), handled); });
+    frontend_.MenusChanged();
+}
+
+void DeskApp::CloseCompany() {
+    for (auto it = screens_.rbegin(); it != screens_.rend();) {
+        auto screen = *it++;
+        CloseScreen(*screen);
+    }
+    session_.Close();
+    splMenus_.clear();
+    frontend_.MenusChanged();
+}
+
+void DeskApp::ClickMenu(const std::string& key) {
+    Guard([&] {
+        bool handled = false;
+        Raise([&](HostAppEvents& l) {
+            if (!handled) l.MainMenuClick(key, handled);
+        });
+        if (handled) return;
+        auto host = hostScreens_.find(key);
+        if (host != hostScreens_.end()) {
+            ShowForm(host->second.make());
+            return;
+        }
+        // Modules may offer keys of screens that this version of the desk does not have yet.
+        ShowMessage("This function is not available in this version of QX Desk.", "", "I");
+    });
+}
+
+void DeskApp::RegisterHostScreen(const std::string& key, const std::string& caption,
+                                 std::function<std::shared_ptr<ui::Screen>()> make) {
+    hostScreens_[key] = {caption, std::move(make)};
+}
+
+void DeskApp::RaiseCustomEvent(const std::string& name, EventArgs& args) {
+    Raise([&](HostAppEvents& l) { l.CustomEvent(name, args); });
+}
+
+bool DeskApp::Guard(const std::function<void()>& action) {
+    try {
+        action();
+        return true;
+    } catch (const UnscriptedQuestion&) {
+        throw; // a test or a script met a question it has no answer for: let it fail loudly
+    } catch (const std::exception& error) {
+        frontend_.Message(error.what(), "", "E");
+        return false;
+    }
+}
+
+bool DeskApp::CloseScreen(ui::Screen& screen) {
+    auto it = std::find_if(screens_.begin(), screens_.end(),
+                           [&](const auto& s) { return s.get() == &screen; });
+    if (it == screens_.end()) return true;
+    if (!screen.RunQueryUnload()) return false;
+    auto keep = *it; // the screen outlives its own close request
+    screens_.erase(it);
+    screen.RunUnload();
+    UnregisterWindow(screen);
+    frontend_.Closed(screen);
+    return true;
+}
+
+void DeskApp::Subscribe(HostAppEvents& listener) {
+    if (std::find(listeners_.begin(), listeners_.end(), &listener) == listeners_.end())
+        listeners_.push_back(&listener);
+}
+
+void DeskApp::Unsubscribe(HostAppEvents& listener) {
+    std::erase(listeners_, &listener);
+}
+
+template <class F> void DeskApp::Raise(F&& f) {
+    // A copy: a handler may subscribe or unsubscribe while the event runs.
+    auto listeners = listeners_;
+    for (auto* listener : listeners) f(*listener);
+}
+
+VoucherUtil& DeskApp::Vouchers() { return *vouchers_; }
+
+SplMenu& DeskApp::CreateSplMenu(const std::string& key, const std::string& caption) {
+    for (auto& menu : splMenus_)
+        if (menu->Key() == key) return *menu;
+    splMenus_.push_back(std::make_unique<SpecialMenu>(key, caption));
+    return *splMenus_.back();
+}
+
+void DeskApp::ShowForm(std::shared_ptr<ui::Screen> screen) {
+    if (!screen) return;
+    screen->RunLoad();
+    screens_.push_back(screen);
+    frontend_.Show(std::move(screen));
+}
+
+bool DeskApp::ShowModal(ui::Screen& screen) {
+    screen.RunLoad();
+    frontend_.RunModal(screen);
+    screen.RunUnload();
+    return screen.Accepted();
+}
+
+std::unique_ptr<HostSelectDialog> DeskApp::CreateSelectDialog() {
+    return std::make_unique<SelectListDialog>(*this);
+}
+
+int DeskApp::ShowMessage(const std::string& prompt, const std::string& options,
+                         const std::string& style) {
+    return frontend_.Message(prompt, options, style);
+}
+
+void DeskApp::HandleShortcutKey(ui::KeyPress& /*key*/, ui::Screen& /*screen*/) {
+    // The desk has no shortcut keys of its own over a module's screens yet; every key is
+    // left to the screen.
+}
+
+void DeskApp::RegisterWindow(ui::Screen& screen, const std::string& caption,
+                             const std::string& picture) {
+    UnregisterWindow(screen);
+    registered_.emplace_back(&screen, caption);
+    if (screen.Icon.empty()) screen.Icon = picture;
+}
+
+void DeskApp::UnregisterWindow(ui::Screen& screen) {
+    std::erase_if(registered_, [&](const auto& entry) { return entry.first == &screen; });
+}
+
+void DeskApp::Print(const PrintJob& job, PrintMode mode) {
+    PrintJob named = job;
+    if (named.firmName.empty() && session_.HasCompany()) named.firmName = session_.CompanyName();
+    frontend_.Print(named, mode);
+}
+
+std::shared_ptr<ui::Screen> DeskApp::CreateForm(const std::string& name) {
+    auto host = hostScreens_.find(name);
+    return host == hostScreens_.end() ? nullptr : host->second.make();
+}
+
+} // namespace qx::desk

@@ -1,0 +1,42 @@
+#pragma once
+// Finds and loads modules: shared libraries exporting QXCreateModule.
+
+#include "host/IModule.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace qx::desk {
+
+struct LoadedModule {
+    std::filesystem::path file;
+    void* handle = nullptr;
+    IModule* module = nullptr;
+};
+
+class ModuleLoader {
+public:
+    ModuleLoader() = default;
+    ~ModuleLoader();
+    ModuleLoader(const ModuleLoader&) = delete;
+    ModuleLoader& operator=(const ModuleLoader&) = delete;
+
+    // Loads every module of the folder and calls Init; a file that is not a module is
+    // skipped with a line in Problems().
+    void LoadFolder(const std::filesystem::path& folder, HostApp& app);
+    // Terminate, delete and unload every module, newest first.
+    void UnloadAll();
+    const std::vector<LoadedModule>& Modules() const { return modules_; }
+    const std::vector<std::string>& Problems() const { return problems_; }
+
+private:
+    std::vector<LoadedModule> modules_;
+    std::vector<std::string> problems_;
+};
+
+// The desk's modules folder: $QX_MODULES_DIR, else <folder of the program>/../modules.
+std::filesystem::path DefaultModulesFolder();
+
+} // namespace qx::desk

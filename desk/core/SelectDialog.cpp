@@ -1,0 +1,83 @@
+#include "SelectDialog.h"
+
+namespace qx::desk {
+namespace {
+
+class SelectListScreen : public ui::Screen {
+public:
+    SelectListScreen() : Screen(kSelectListScreen, "Select") {
+        list = &Add<ui::Grid>(kSelectListGrid);
+        list->AddColumn("", 5000);
+        buttons = &Add<ui::StdButtons>(kSelectListButtons);
+        list->OnDoubleClick = [this](int, int) { Choose(); };
+        buttons->OnClick = [this](int index) {
+            if (index == 0) Choose();
+            else Close(false);
+        };
+    }
+
+    bool KeyDown(const ui::KeyPress& key) override {
+        if (key.key == ui::Key::Enter) {
+            Choose();
+            return true;
+        }
+        if (key.key == ui::Key::Escape) {
+            Close(false);
+            return true;
+        }
+        return Screen::KeyDown(key);
+    }
+
+    ui::Grid* list;
+    ui::StdButtons* buttons;
+
+private:
+    void Choose() {
+        if (list->Row() >= 1 && list->Row() < list->Rows()) Close(true);
+    }
+};
+
+} // namespace
+
+SelectListDialog::SelectListDialog(HostUi& ui)
+    : ui_(ui), screen_(std::make_shared<SelectListScreen>()) {}
+
+void SelectListDialog::SetCaption(std::string caption) {
+    screen_->SetCaption(caption);
+    static_cast<SelectListScreen&>(*screen_).list->SetTextMatrix(0, 0, std::move(caption));
+}
+
+void SelectListDialog::AddItem(std::string text, std::int64_t value) {
+    entries_.push_back({std::move(text), value});
+}
+
+void SelectListDialog::FillFromQuery(CompanyDb& db, std::string_view sql,
+                                     std::string_view displayField, std::string_view keyField) {
+    auto rows = db.OpenRecordset(sql);
+    for (; !rows->EndOfRows(); rows->MoveNext())
+        entries_.push_back({rows->Field(displayField).AsText(), rows->Field(keyField).AsLong()});
+}
+
+bool SelectListDialog::Show() {
+    auto& list = *static_cast<SelectListScreen&>(*screen_).list;
+    list.SetRedraw(false);
+    list.SetRows(static_cast<int>(entries_.size()) + 1);
+    for (std::size_t i = 0; i < entries_.size(); ++i)
+        list.SetTextMatrix(static_cast<int>(i) + 1, 0, entries_[i].text);
+    list.SetRedraw(true);
+    list.SetCurrent(entries_.empty() ? 0 : 1, 0);
+    selected_ = 0;
+    if (!ui_.ShowModal(*screen_)) return false;
+    selected_ = list.Row();
+    return selected_ >= 1;
+}
+
+std::string SelectListDialog::SelectedText() const {
+    return selected_ >= 1 ? entries_[selected_ - 1].text : std::string();
+}
+
+std::int64_t SelectListDialog::SelectedValue() const {
+    return selected_ >= 1 ? entries_[selected_ - 1].value : 0;
+}
+
+} // namespace qx::desk

@@ -1,0 +1,99 @@
+// `qx` as support staff and scripts use it.
+#include "support/DeskFixture.h"
+
+#include "desk/cli/Commands.h"
+
+#include <fstream>
+#include <sstream>
+
+using namespace qx;
+
+namespace {
+
+struct QxRun {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+QxRun Qx(std::vector<std::string> args) {
+    std::ostringstream out, err;
+    int status = cli::Run(args, out, err);
+    return {status, out.str(), err.str()};
+}
+
+std::string FileBytes(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+TEST(Qx, CreatesACompanyWithItsFirmPropertiesAndOptions) {
+    test::TempFolder folder;
+    auto path = (folder.Path() / "firm.kdb").string();
+    auto run = Qx({"company", "create", path, "--name", "Guru Nanak Trading Co.", "--firm-properties",
+                   "*KivraMenu*", "--option", "676=Yes", "--option", "637=No"});
+    ASSERT_EQ(run.status, 0) << run.err;
+    desk::Session session;
+    session.Open(path);
+    EXPECT_EQ(session.CompanyName(), "Guru Nanak Trading Co.");
+    EXPECT_EQ(session.FirmSettings().GetValue("FirmProperties").AsText(), "*KivraMenu*");
+    EXPECT_EQ(session.GetOption(676), "Yes");
+    EXPECT_EQ(session.GetOption(637), "No");
+    EXPECT_EQ(session.GetOption(632), "");
+
+    auto again = Qx({"company", "create", path});
+    EXPECT_EQ(again.status, 1) << "an existing company is never overwritten";
+}
+
+TEST(Qx, SqlPrintsRowsAsCsvThroughTheSameAdaptationAsTheModules) {
+    test::TempFolder folder;
+    auto path = (folder.Path() / "c.kdb").string();
+    ASSERT_EQ(Qx({"company", "create", path}).status, 0);
+    ASSERT_EQ(Qx({"sql", path, "CREATE TABLE MARKETMASTER (MARKETID INT NOT NULL, MARKETNAME VARCHAR(60))"}).status, 0);
+    ASSERT_EQ(Qx({"sql", path, "INSERT INTO MARKETMASTER VALUES (1, 'D''SOUZA, KHANNA')"}).status, 0);
+    ASSERT_EQ(Qx({"sql", path, "INSERT INTO MARKETMASTER VALUES (2, 'ਜਗਰਾਉਂ')"}).status, 0);
+    auto run = Qx({"sql", path, "SELECT FIRST 1 MARKETID, MARKETNAME FROM MARKETMASTER ORDER BY MARKETID"});
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.out, "MARKETID,MARKETNAME\n1,\"D'SOUZA, KHANNA\"\n");
+    auto all = Qx({"sql", path, "select marketname from marketmaster where marketid=2"});
+    EXPECT_EQ(all.out, "MARKETNAME\nਜਗਰਾਉਂ\n");
+}
+
+TEST(Qx, RefusesWhatIsNotACompanyAndLeavesItAlone) {
+    test::TempFolder folder;
+    auto notes = folder.Path() / "notes.kdb";
+    std::ofstream(notes) << "wheat 52 bags\n";
+    auto before = FileBytes(notes);
+    auto run = Qx({"sql", notes.string(), "SELECT 1"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_NE(run.err.find("is not a QX Desk company file"), std::string::npos) << run.err;
+    EXPECT_EQ(FileBytes(notes), before);
+
+    auto missing = Qx({"sql", (folder.Path() / "none.kdb").string(), "SELECT 1"});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_NE(missing.err.find("does not exist"), std::string::npos) << missing.err;
+}
+
+TEST(Qx, WrongCommandLinesGetTheUsage) {
+    EXPECT_EQ(Qx({}).status, 2);
+    auto unknown = Qx({"frobnicate"});
+    EXPECT_EQ(unknown.status, 2);
+    EXPECT_NE(unknown.err.find("unknown command"), std::string::npos);
+    EXPECT_EQ(Qx({"company", "create", "x.kdb", "--option", "676"}).status, 2);
+    auto help = Qx({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_NE(help.out.find("qx demo PATH"), std::string::npos);
+}
+
+TEST(Qx, DemoCompanyHoldsItsMarketsEnteredThroughTheMarketMaster) {
+    test::TempFolder folder;
+    auto path = (folder.Path() / "demo.kdb").string();
+    auto run = Qx({"demo", path});
+    ASSERT_EQ(run.status, 0) << run.err;
+    auto markets = Qx({"sql", path, "SELECT MARKETID, MARKETNAME, SERIES FROM MARKETMASTER ORDER BY MARKETID"});
+    EXPECT_EQ(markets.out, "MARKETID,MARKETNAME,SERIES\n1,KHANNA,KHN\n2,JAGRAON,JGN\n3,SAMRALA,SML\n4,DORAHA,DRH\n5,ਮਲੌਦ,MLD\n");
+    auto one = Qx({"sql", path, "SELECT FIRST 1 MARKETID, MARKETNAME FROM MARKETMASTER"});
+    EXPECT_EQ(std::count(one.out.begin(), one.out.end(), '\n'), 2) << one.out;
+}
+
+} // namespace

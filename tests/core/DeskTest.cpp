@@ -1,0 +1,112 @@
+// The desk as a module meets it: the real plug-in loaded from the modules folder, events,
+// menus, errors shown to the user, and the ledger rows of a voucher.
+#include "support/DeskFixture.h"
+
+#include "desk/core/ModuleLoader.h"
+#include "desk/core/ReportText.h"
+#include "desk/core/VoucherRows.h"
+
+#include <fstream>
+
+using namespace qx;
+
+namespace {
+
+TEST(ModuleLoader, LoadsThePlugInAndSkipsFilesThatAreNotModules) {
+    test::TempFolder folder;
+    std::filesystem::copy_file(desk::DefaultModulesFolder() / "KivraModule11.so",
+                               folder.Path() / "KivraModule11.so");
+    std::ofstream(folder.Path() / "broken.so") << "not a library";
+
+    desk::ScriptedFrontend frontend;
+    desk::DeskApp app(frontend);
+    desk::ModuleLoader loader;
+    loader.LoadFolder(folder.Path(), app);
+    ASSERT_EQ(loader.Modules().size(), 1u);
+    EXPECT_EQ(loader.Modules()[0].module->ID(), "KivraModule");
+    ASSERT_EQ(loader.Problems().size(), 1u);
+    EXPECT_NE(loader.Problems()[0].find("broken.so"), std::string::npos);
+    loader.UnloadAll();
+    EXPECT_TRUE(loader.Modules().empty());
+}
+
+TEST(DeskApp, ThePlugInBuildsItsMenuAndOpensTheMarketMasterFromIt) {
+    test::TempFolder folder;
+    auto path = test::MakeCompany(folder);
+    desk::ScriptedFrontend frontend;
+    desk::DeskApp app(frontend);
+    app.LoadModules(desk::DefaultModulesFolder());
+    app.OpenCompany(path);
+    ASSERT_EQ(app.SpecialMenus().size(), 1u);
+    EXPECT_EQ(app.SpecialMenus()[0]->Buttons().back().caption, "10. Local Mandi Master");
+    app.ClickMenu("MarketMaster");
+    ASSERT_EQ(app.OpenScreens().size(), 1u);
+    EXPECT_EQ(app.OpenScreens()[0]->Name(), "frmMarketMaster");
+    EXPECT_TRUE(app.DeskSession().Database().TableExists("MARKETMASTER"));
+
+    // A key nobody serves yet tells the user so instead of doing nothing.
+    app.ClickMenu("KvFormM");
+    ASSERT_FALSE(frontend.Transcript().empty());
+    EXPECT_EQ(frontend.Transcript().back().prompt, "This function is not available in this version of QX Desk.");
+    app.Shutdown();
+    EXPECT_TRUE(app.OpenScreens().empty());
+}
+
+TEST(DeskApp, AFailingScreenIsReportedToTheUser) {
+    test::TempFolder folder;
+    auto path = test::MakeCompany(folder);
+    desk::ScriptedFrontend frontend;
+    desk::DeskApp app(frontend);
+    app.OpenCompany(path);
+    app.RegisterHostScreen("Broken", "Broken", []() -> std::shared_ptr<ui::Screen> {
+        throw DbError("no such table: NOWHERE");
+    });
+    app.ClickMenu("Broken");
+    ASSERT_EQ(frontend.Transcript().size(), 1u);
+    EXPECT_EQ(frontend.Transcript()[0].style, "E");
+    EXPECT_EQ(frontend.Transcript()[0].prompt, "no such table: NOWHERE");
+}
+
+TEST(ScriptedFrontend, AQuestionWithoutAnAnswerFailsLoudly) {
+    desk::ScriptedFrontend frontend;
+    EXPECT_THROW(frontend.Message("Do you want to remove this row ?", "2", "W"), desk::UnscriptedQuestion);
+    frontend.SetDefaultAnswer(kAnswerNo);
+    EXPECT_EQ(frontend.Message("Do you want to remove this row ?", "2", "W"), kAnswerNo);
+    EXPECT_EQ(frontend.Message("Saved.", "", "I"), kAnswerYes) << "a notice is not a question";
+}
+
+TEST(LedgerVoucherUtil, RowsOfAVoucherShareNarrationsAndGetFreshVoucherIds) {
+    test::TempFolder folder;
+    desk::Session session;
+    session.Create(folder.Path() / "c.kdb", "C");
+    auto& db = session.Database();
+    desk::LedgerVoucherUtil vouchers;
+    auto id = vouchers.NextVoucherId(db);
+    EXPECT_EQ(id, 1);
+    auto rows = db.OpenRecordset("SELECT FIRST 0 * FROM FADATA");
+    VoucherRow row{"IJF", "", "DAMI A/C", "", 1, Date::FromYmd(2024, 11, 5), 12, id, -*Amount::Parse("1250.5"),
+                   "As per I-Forms", 0};
+    vouchers.AddVoucherRow(db, *rows, row);
+    row.serialNo = 2;
+    row.accountCode = 13;
+    row.amount = *Amount::Parse("1250.5");
+    vouchers.AddVoucherRow(db, *rows, row);
+    EXPECT_EQ(db.LookupValue("FADATA", "SUM(DAMT)", "VOUCHERID=1").AsAmount(), Amount());
+    EXPECT_EQ(db.LookupValue("FANAR", "COUNT(*)", "").AsLong(), 1) << "one narration, kept once";
+    EXPECT_EQ(db.LookupValue("FADATA", "DCD", "DVCHDATE=" + db.DateLiteral(Date::FromYmd(2024, 11, 5)) +
+                                                  " AND DAMT<0").AsLong(), 12);
+    db.ExecuteSql("INSERT INTO FADOCS (VOUCHERID, ISAUTOVOUCHER) VALUES (1, -1)");
+    EXPECT_EQ(vouchers.NextVoucherId(db), 2);
+}
+
+TEST(ReportText, ColumnsLineUpWhateverTheScript) {
+    PrintJob job;
+    job.title = "Local Mandi Master";
+    job.columns = {{"Sr. No.", 600, Align::Right}, {"Market Name", 2500, Align::Default}, {"Form Series", 800, Align::Default}};
+    job.rows = {{{"1", "ਖੰਨਾ", "KHN"}, ""}, {{"2", "D'SOUZA, \"NEW\"", "DS"}, ""}};
+    auto text = desk::RenderText(job);
+    EXPECT_NE(text.find("      1  ਖੰਨਾ              KHN\n      2  D'SOUZA, \"NEW\"  DS\n"), std::string::npos) << text;
+    EXPECT_EQ(desk::RenderCsv(job), "Sr. No.,Market Name,Form Series\n1,ਖੰਨਾ,KHN\n2,\"D'SOUZA, \"\"NEW\"\"\",DS\n");
+}
+
+} // namespace
