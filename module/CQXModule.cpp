@@ -1,0 +1,172 @@
+#include "CQXModule.h"
+
+#include "frmKivraMain.h"
+#include "mKivraModule.h"
+
+#include "documents/CKivraDoc.h"
+#include "masters/frmMarketMaster.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace kivra {
+namespace {
+
+std::string Lower(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
+}
+
+bool ContainsNoCase(std::string_view text, std::string_view part) {
+    return Lower(std::string(text)).find(Lower(std::string(part))) != std::string::npos;
+}
+
+struct DocumentPreset {
+    const char* key;
+    const char* docType;
+    const char* seriesCode;
+    const char* seriesName;
+};
+
+// The four mandi document series, opened on the host's document-entry screen.
+constexpr DocumentPreset kDocumentPresets[] = {
+    {"JForms", "J-Form", "JF", "J-Forms"},
+    {"IForms", "I-Form", "IF", "I-Forms"},
+    {"PurchaseLocal", "Purchase", "PL", "Purchase Local"},
+    {"PurchaseOut", "Purchase", "POU", "Purchase Outside"},
+};
+
+struct MenuButtonDef {
+    const char* key;
+    const char* caption;
+    const char* icon;
+};
+
+constexpr MenuButtonDef kSpecialMenu[] = {
+    {"JForms", "1. J-Forms", "Wheat"},
+    {"IForms", "2. I-Forms", "Truck"},
+    {"PurchaseLocal", "3. Local Purchases", "Tractor"},
+    {"PurchaseOut", "4. Outside Purchases", "KSlip2"},
+    {"StkMaster", "5. Stock       Master", "Item"},
+    {"KvStkRegister", "6. Stock Register", "StkAccount"},
+    {"KvDailyReturn", "7. Daily Return", "Notes"},
+    {"KvFormM", "8. Weekly Return (Form-M)", "Forms"},
+    {"KvDailySummary", "9. I / J-Form Summary (Daily)", "FinalAc"},
+    {"MarketMaster", "10. Local Mandi Master", "Books"},
+};
+
+} // namespace
+
+std::shared_ptr<qx::ui::Screen> CreateScreenForKey(ModuleContext& context, const std::string& key) {
+    for (const auto& preset : kDocumentPresets) {
+        if (key != preset.key) continue;
+        auto screen = context.Ui().Forms().CreateForm("Documents");
+        if (screen) {
+            screen->Properties().SetValue("DocType", preset.docType);
+            screen->Properties().SetValue("DocSeriesCode", preset.seriesCode);
+            screen->Properties().SetValue("DocSeriesName", preset.seriesName);
+        }
+        return screen;
+    }
+    if (key == "Kivra") return std::make_shared<frmKivraMain>(context);
+    if (key == "MarketMaster") return std::make_shared<frmMarketMaster>(context);
+    // The registers and returns ("KvStkRegister", "KvDailyReturn", "KvFormM",
+    // "KvDailySummary") come with the reports; until then the host handles those keys.
+    return nullptr;
+}
+
+CQXModule::~CQXModule() { Terminate(); }
+
+void CQXModule::Init(qx::HostApp& app) {
+    context_ = std::make_unique<ModuleContext>(app);
+    app.Subscribe(*this);
+}
+
+void CQXModule::Terminate() {
+    if (!context_) return;
+    try {
+        context_->UnloadScreens();
+        context_->App().Unsubscribe(*this);
+    } catch (...) {
+    }
+    context_.reset();
+}
+
+std::shared_ptr<qx::Object> CQXModule::GetForm(const std::string& name) {
+    auto lower = Lower(name);
+    if (lower == "ckivradoc") return std::make_shared<CKivraDoc>();
+    // "kivrarates", the item charge-rates screen, comes with the item masters.
+    return nullptr;
+}
+
+bool CQXModule::RunProc(const std::string&, const std::string&) { return false; }
+
+qx::Value CQXModule::Invoke(std::string_view operation, std::span<qx::Value> args) {
+    if (!context_) throw std::logic_error("The Kivra module is not initialised.");
+    auto need = [&](std::size_t count) {
+        if (args.size() < count)
+            throw std::invalid_argument(std::string(operation) + " needs " + std::to_string(count) +
+                                        " arguments");
+    };
+    if (operation == "MultipleMarketRqr") return MultipleMarketRqr(*context_);
+    if (operation == "SelectMarket") {
+        need(3);
+        std::int32_t id = args[0].AsInt();
+        std::string name = args[1].AsText();
+        bool chosen = SelectMarket(*context_, id, name, args[2].AsBool());
+        args[0] = id;
+        args[1] = name;
+        return chosen;
+    }
+    if (operation == "CheckKivraFields") {
+        CheckKivraFields(context_->Db());
+        return {};
+    }
+    if (operation == "GetMarketName") {
+        need(1);
+        return GetMarketName(*context_, args[0].AsInt());
+    }
+    if (operation == "GetMarketSeries") {
+        need(1);
+        return GetMarketSeries(*context_, args[0].AsInt());
+    }
+    return Object::Invoke(operation, args);
+}
+
+void CQXModule::CustomEvent(const std::string& name, qx::EventArgs& args) {
+    if (name == "EditVch") {
+        // The daily consolidated voucher ("IJF") opens in the daily I/J-Form summary, which
+        // comes with the reports; until then the host opens its own voucher editor.
+        return;
+    }
+    if (name == "MiscMenuItems") {
+        args.Items.Add("KVINT-Interest Calcuations (Kivra)");
+        args.Items.Add("KVIN2-Interest Calcuations-2 (Kivra)");
+        return;
+    }
+    // "MiscMenuClick" opens the interest screens, which come with the interest statements;
+    // "MainFormConfig" and any other event need nothing.
+}
+
+void CQXModule::MainMenuClick(const std::string& key, bool& handled) {
+    auto screen = CreateScreenForKey(*context_, key);
+    if (!screen) return;
+    handled = true;
+    context_->Show(screen); // no calling screen: the host main window
+
+}
+
+void CQXModule::SelectCompany() { context_->rateColumnsChecked = false; }
+
+void CQXModule::SplMenuCreate(const qx::Value&, bool& handled) {
+    auto properties = context_->Session().FirmSettings().GetValue("FirmProperties").AsText();
+    if (!ContainsNoCase(properties, "*KivraMenu*")) return;
+    auto& menu = context_->App().MainForm().CreateSplMenu("Kivra", "Kivra");
+    handled = true;
+    if (menu.ButtonCount() > 0) return; // the buttons exist already
+    for (const auto& button : kSpecialMenu) menu.AddButton(button.key, button.caption, button.icon);
+    menu.CreateButtons();
+}
+
+} // namespace kivra

@@ -1,0 +1,24 @@
+#include "ModuleContext.h"
+
+#include <algorithm>
+
+namespace kivra {
+
+void ModuleContext::Show(const std::shared_ptr<qx::ui::Screen>& screen) {
+    std::erase_if(screens_, [](const auto& s) { return s.expired(); });
+    screens_.push_back(screen);
+    Ui().ShowForm(screen);
+}
+
+void ModuleContext::UnloadScreens() {
+    auto screens = std::move(screens_);
+    for (auto& weak : screens) {
+        // One screen that refuses to unload must not keep the others loaded.
+        try {
+            if (auto screen = weak.lock(); screen && screen->Loaded()) screen->Close();
+        } catch (...) {
+        }
+    }
+}
+
+} // namespace kivra

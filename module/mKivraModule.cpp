@@ -1,0 +1,87 @@
+#include "mKivraModule.h"
+
+#include "host/HostSelectDialog.h"
+
+namespace kivra {
+
+void CheckMarketTable(qx::CompanyDb& db) {
+    if (!db.TableExists("MARKETMASTER")) {
+        db.ExecuteSql("CREATE TABLE MARKETMASTER ( MARKETID INT NOT NULL, MARKETNAME VARCHAR(60) "
+                      "NOT NULL, STATION VARCHAR(30), STATE VARCHAR(30), REMARKS VARCHAR(80), "
+                      "CONSTRAINT PK_MARKETMASTER PRIMARY KEY (MARKETID) )",
+                      128);
+        db.ExecuteSql("CREATE INDEX MARKETMASTER_MARKETNAME ON MARKETMASTER ( MARKETNAME )", 128);
+    }
+    // Tables of older versions lack the form series; a new table gets it here too.
+    if (!db.FieldExists("SERIES", "MARKETMASTER")) {
+        db.ExecuteSql("ALTER TABLE MARKETMASTER ADD SERIES VARCHAR(10) NOT NULL", 128);
+        db.ExecuteSql("UPDATE MARKETMASTER SET SERIES='' WHERE SERIES IS NULL", 128);
+    }
+}
+
+void CheckKivraFields(qx::CompanyDb& db) {
+    struct Group {
+        const char* table;
+        const char* type;
+        std::vector<std::string> fields;
+    };
+    const Group groups[] = {
+        {"STKMASTER", "Decimal(8,4)", {"qMarketFee", "qRDF", "qPIDF", "qPurTax", "qLabourIF", "qCancerFund"}},
+        {"DOCMAIN", "Decimal(16,4)", {"LabourAmt", "DamiAmt", "StitchAmt", "DharmadaAmt"}},
+        {"DOCMAIN", "Int", {"FormBookNo", "FormNo", "MarketID"}},
+        {"DOCDATA", "Decimal(8,4)", {"iMarketFeeRate", "iRDFRate", "iPIDFRate", "iPurTaxRate", "iLabourRateIF", "iCancerFundRate"}},
+        {"DOCDATA", "Decimal(16,4)", {"AddLessKgs", "iMarketFeeAmt", "iRDFAmt", "iPIDFAmt", "iPurTaxAmt", "iLabourAmtIF", "iCancerFundAmt"}},
+    };
+    // A group the database refuses must not keep the next from being added.
+    for (const auto& group : groups) {
+        try {
+            db.AddFields(group.table, group.type, group.fields);
+        } catch (const std::exception&) {
+        }
+    }
+}
+
+bool MultipleMarketRqr(ModuleContext& context) {
+    return context.Session().GetOption(676) == "Yes";
+}
+
+bool SelectMarket(ModuleContext& context, std::int32_t& id, std::string& name, bool allowAll) {
+    auto& db = context.Db();
+    if (!db.TableExists("MARKETMASTER")) {
+        // The caller carries on with no market, as if the user had chosen none.
+        id = 0;
+        name.clear();
+        context.Util().ShowMessage("Market Master not found.", "", "E");
+        return true;
+    }
+    auto dialog = context.Ui().CreateSelectDialog();
+    dialog->SetCaption("Select Local Market");
+    if (allowAll) dialog->AddItem("( All Markets )", kAllMarkets);
+    dialog->FillFromQuery(db, "SELECT MARKETID,MARKETNAME FROM MARKETMASTER ORDER BY MARKETNAME",
+                          "MARKETNAME", "MARKETID");
+    if (!dialog->Show()) return false;
+    id = static_cast<std::int32_t>(dialog->SelectedValue());
+    name = dialog->SelectedText();
+    return true;
+}
+
+namespace {
+
+std::string FirstFieldOf(ModuleContext& context, const std::string& sql) {
+    auto rows = context.Db().OpenRecordset(sql);
+    std::string text = rows->EndOfRows() ? std::string() : rows->Field(0).AsText();
+    rows->Close();
+    return text;
+}
+
+} // namespace
+
+std::string GetMarketName(ModuleContext& context, std::int32_t id) {
+    return FirstFieldOf(context, "SELECT MARKETNAME FROM MARKETMASTER WHERE MARKETID=" + std::to_string(id));
+}
+
+std::string GetMarketSeries(ModuleContext& context, std::int32_t id) {
+    return FirstFieldOf(context, "SELECT SERIES FROM MARKETMASTER WHERE MARKETID=" + std::to_string(id));
+}
+
+} // namespace kivra

@@ -1,0 +1,253 @@
+// The module object as the host sees it: identity, objects by name, menus, events, the
+// public operations and the schema check.
+#include "support/DeskFixture.h"
+#include "support/RecordingDb.h"
+
+#include "documents/CKivraDoc.h"
+#include "masters/frmMarketMaster.h"
+#include "module/frmKivraMain.h"
+#include "module/mKivraModule.h"
+
+using namespace qx;
+
+namespace {
+
+class ModuleTest : public test::DeskFixture {};
+
+const desk::SpecialMenu* KivraMenu(const desk::DeskApp& app) {
+    for (const auto& menu : app.SpecialMenus())
+        if (menu->Key() == "Kivra") return menu.get();
+    return nullptr;
+}
+
+TEST_F(ModuleTest, IdentifiesItselfAndHandsOutObjectsByName) {
+    OpenWithModule();
+    EXPECT_EQ(module.ID(), "KivraModule");
+    EXPECT_EQ(module.Description(), "QX 11 Comm. Agents (Kivra) Module");
+    EXPECT_TRUE(std::dynamic_pointer_cast<kivra::CKivraDoc>(module.GetForm("CKIVRADOC")));
+    EXPECT_TRUE(std::dynamic_pointer_cast<kivra::CKivraDoc>(module.GetForm("ckivradoc")));
+    EXPECT_NE(module.GetForm("ckivradoc"), module.GetForm("ckivradoc")) << "a new one each time";
+    EXPECT_EQ(module.GetForm("frmKivraRates"), nullptr);
+    EXPECT_EQ(module.GetForm("anything"), nullptr);
+    EXPECT_FALSE(module.RunProc("PostDailyVoucher", "01/04/2024"));
+    EXPECT_FALSE(module.RunProc("", ""));
+    EXPECT_EQ(&module.Obj(), static_cast<Object*>(&module));
+}
+
+TEST_F(ModuleTest, SpecialMenuHasItsTenButtonsOnceWheneverTheFirmAsksForIt) {
+    OpenWithModule("x*kivramenu*y");
+    const auto* menu = KivraMenu(app);
+    ASSERT_TRUE(menu);
+    EXPECT_EQ(menu->Caption(), "Kivra");
+    const std::vector<std::vector<std::string>> expected = {
+        {"JForms", "1. J-Forms", "Wheat"},
+        {"IForms", "2. I-Forms", "Truck"},
+        {"PurchaseLocal", "3. Local Purchases", "Tractor"},
+        {"PurchaseOut", "4. Outside Purchases", "KSlip2"},
+        {"StkMaster", "5. Stock       Master", "Item"},
+        {"KvStkRegister", "6. Stock Register", "StkAccount"},
+        {"KvDailyReturn", "7. Daily Return", "Notes"},
+        {"KvFormM", "8. Weekly Return (Form-M)", "Forms"},
+        {"KvDailySummary", "9. I / J-Form Summary (Daily)", "FinalAc"},
+        {"MarketMaster", "10. Local Mandi Master", "Books"}};
+    ASSERT_EQ(menu->Buttons().size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(menu->Buttons()[i].key, expected[i][0]);
+        EXPECT_EQ(menu->Buttons()[i].caption, expected[i][1]);
+        EXPECT_EQ(menu->Buttons()[i].icon, expected[i][2]);
+    }
+    bool handled = false;
+    module.SplMenuCreate(Value(), handled);
+    EXPECT_TRUE(handled);
+    EXPECT_EQ(KivraMenu(app)->Buttons().size(), 10u) << "a second build adds no buttons";
+}
+
+TEST_F(ModuleTest, NoSpecialMenuWithoutTheFirmProperty) {
+    OpenWithModule("*Retail*");
+    EXPECT_EQ(KivraMenu(app), nullptr);
+    bool handled = false;
+    module.SplMenuCreate(Value(), handled);
+    EXPECT_FALSE(handled);
+}
+
+TEST_F(ModuleTest, MenuKeysOpenTheModulesScreensAndLeaveTheRestToTheHost) {
+    OpenWithModule();
+    bool handled = false;
+    module.MainMenuClick("StkMaster", handled);
+    EXPECT_FALSE(handled);
+    module.MainMenuClick("marketmaster", handled);
+    EXPECT_FALSE(handled) << "keys are compared exactly";
+    module.MainMenuClick("MarketMaster", handled);
+    EXPECT_TRUE(handled);
+    ASSERT_EQ(app.OpenScreens().size(), 1u);
+    EXPECT_TRUE(std::dynamic_pointer_cast<kivra::frmMarketMaster>(app.OpenScreens()[0]));
+    EXPECT_EQ(app.OpenScreens()[0]->CallingForm, nullptr) << "called from the main window";
+
+    handled = false;
+    module.MainMenuClick("Kivra", handled);
+    EXPECT_TRUE(handled);
+    EXPECT_TRUE(std::dynamic_pointer_cast<kivra::frmKivraMain>(app.OpenScreens().back()));
+}
+
+TEST_F(ModuleTest, CustomEventsAddTheInterestEntriesAndLeaveOtherVouchersToTheHost) {
+    OpenWithModule();
+    EventArgs items;
+    app.RaiseCustomEvent("MiscMenuItems", items);
+    EXPECT_EQ(items.Items.Items(), (std::vector<std::string>{"KVINT-Interest Calcuations (Kivra)",
+                                                             "KVIN2-Interest Calcuations-2 (Kivra)"}));
+    EventArgs voucher;
+    voucher.Parameters.SetValue("TrnType", "SALE");
+    app.RaiseCustomEvent("EditVch", voucher);
+    EXPECT_FALSE(voucher.Handled);
+    EventArgs lowerCase;
+    app.RaiseCustomEvent("miscmenuitems", lowerCase);
+    EXPECT_TRUE(lowerCase.Items.Items().empty()) << "event names are compared exactly";
+}
+
+TEST_F(ModuleTest, SeveralMarketsOnlyWhenOption676ReadsExactlyYes) {
+    OpenWithModule("*KivraMenu*", {{676, "yes"}});
+    auto* context = module.Context();
+    EXPECT_FALSE(kivra::MultipleMarketRqr(*context));
+    app.DeskSession().SetOption(676, "Yes");
+    EXPECT_TRUE(kivra::MultipleMarketRqr(*context));
+    EXPECT_TRUE(module.Invoke("MultipleMarketRqr", {}).AsBool()) << "reachable late-bound";
+}
+
+TEST_F(ModuleTest, SelectingAMarket) {
+    OpenWithModule();
+    auto& context = *module.Context();
+    std::int32_t id = 5;
+    std::string name = "unchanged";
+
+    // No market table: the caller carries on with no market.
+    EXPECT_TRUE(kivra::SelectMarket(context, id, name, true));
+    EXPECT_EQ(id, 0);
+    EXPECT_EQ(name, "");
+    EXPECT_EQ(Messages(), std::vector<std::string>{"Market Master not found."});
+    EXPECT_EQ(frontend.Transcript().back().style, "E");
+
+    kivra::CheckMarketTable(Db());
+    Db().ExecuteSql("INSERT INTO MARKETMASTER (MARKETID, MARKETNAME, SERIES) VALUES (1, 'SAMRALA', 'SML')");
+    Db().ExecuteSql("INSERT INTO MARKETMASTER (MARKETID, MARKETNAME, SERIES) VALUES (2, 'JAGRAON', 'JGN')");
+
+    ChooseInNextList("( All Markets )");
+    EXPECT_TRUE(kivra::SelectMarket(context, id, name, true));
+    EXPECT_EQ(id, kivra::kAllMarkets);
+    EXPECT_EQ(name, "( All Markets )");
+
+    // Without "all markets" the list holds the markets alone, by name.
+    frontend.QueueModal([](ui::Screen& screen) {
+        auto& list = screen.Get<ui::Grid>(desk::kSelectListGrid);
+        ASSERT_EQ(list.Rows(), 3);
+        EXPECT_EQ(list.TextMatrix(1, 0), "JAGRAON");
+        EXPECT_EQ(screen.Caption(), "Select Local Market");
+        list.SetCurrent(2, 0);
+        screen.Get<ui::StdButtons>(desk::kSelectListButtons).Click(0);
+    });
+    EXPECT_TRUE(kivra::SelectMarket(context, id, name, false));
+    EXPECT_EQ(id, 1);
+    EXPECT_EQ(name, "SAMRALA");
+
+    // Closed without a choice: false, and nothing changes.
+    EXPECT_FALSE(kivra::SelectMarket(context, id, name, false));
+    EXPECT_EQ(id, 1);
+    EXPECT_EQ(name, "SAMRALA");
+
+    std::vector<Value> args{Value(0), Value(""), Value(false)};
+    ChooseInNextList("JAGRAON");
+    EXPECT_TRUE(module.Invoke("SelectMarket", args).AsBool());
+    EXPECT_EQ(args[0].AsInt(), 2) << "by-reference arguments come back";
+    EXPECT_EQ(args[1].AsText(), "JAGRAON");
+}
+
+TEST_F(ModuleTest, MarketLookups) {
+    OpenWithModule();
+    auto& context = *module.Context();
+    kivra::CheckMarketTable(Db());
+    Db().ExecuteSql("INSERT INTO MARKETMASTER (MARKETID, MARKETNAME, SERIES) VALUES (3, 'ਖੰਨਾ', 'KHN')");
+    EXPECT_EQ(kivra::GetMarketName(context, 3), "ਖੰਨਾ");
+    EXPECT_EQ(kivra::GetMarketSeries(context, 3), "KHN");
+    EXPECT_EQ(kivra::GetMarketName(context, 0), "");
+    EXPECT_EQ(kivra::GetMarketName(context, -1), "");
+    EXPECT_EQ(kivra::GetMarketSeries(context, 99), "");
+    std::vector<Value> args{Value(3)};
+    EXPECT_EQ(module.Invoke("GetMarketSeries", args).AsText(), "KHN");
+    EXPECT_THROW(module.Invoke("NoSuchOperation", args), std::invalid_argument);
+}
+
+TEST_F(ModuleTest, KivraFieldsAreAddedOnceGroupByGroupEvenWhenOneGroupFails) {
+    OpenWithModule();
+    test::RecordingDb db(Db());
+    db.failAddFieldsOn = "STKMASTER";
+    kivra::CheckKivraFields(db);
+    EXPECT_EQ(db.added,
+              (std::vector<std::string>{
+                  "STKMASTER Decimal(8,4): qMarketFee qRDF qPIDF qPurTax qLabourIF qCancerFund",
+                  "DOCMAIN Decimal(16,4): LabourAmt DamiAmt StitchAmt DharmadaAmt",
+                  "DOCMAIN Int: FormBookNo FormNo MarketID",
+                  "DOCDATA Decimal(8,4): iMarketFeeRate iRDFRate iPIDFRate iPurTaxRate iLabourRateIF iCancerFundRate",
+                  "DOCDATA Decimal(16,4): AddLessKgs iMarketFeeAmt iRDFAmt iPIDFAmt iPurTaxAmt iLabourAmtIF iCancerFundAmt"}));
+    EXPECT_FALSE(Db().FieldExists("qMarketFee", "STKMASTER"));
+    EXPECT_TRUE(Db().FieldExists("iCancerFundAmt", "DOCDATA"));
+
+    db.failAddFieldsOn.clear();
+    db.added.clear();
+    kivra::CheckKivraFields(db);
+    db.added.clear();
+    kivra::CheckKivraFields(db);
+    for (const auto& call : db.added) EXPECT_EQ(call.back(), ':') << "nothing missing the second time: " << call;
+    // Decimal columns keep decimal division (50 kg is half a quintal).
+    Db().ExecuteSql("INSERT INTO DOCDATA (DOCUMENTID, REFNO, QUANTITY, ADDLESSKGS) VALUES (1, 1, 10, 50)");
+    EXPECT_EQ(Db().LookupValue("DOCDATA", "QUANTITY+(ADDLESSKGS/100)", "DOCUMENTID=1").AsAmount(),
+              *Amount::Parse("10.5"));
+}
+
+TEST_F(ModuleTest, SelectingACompanyClearsTheRateColumnsFlag) {
+    OpenWithModule();
+    module.Context()->rateColumnsChecked = true;
+    app.OpenCompany(path);
+    EXPECT_FALSE(module.Context()->rateColumnsChecked);
+}
+
+TEST_F(ModuleTest, TerminateUnloadsTheModulesOpenScreens) {
+    OpenWithModule();
+    app.ClickMenu("MarketMaster");
+    app.ClickMenu("Kivra");
+    ASSERT_EQ(app.OpenScreens().size(), 2u);
+    module.Terminate();
+    EXPECT_TRUE(app.OpenScreens().empty());
+    EXPECT_EQ(module.Context(), nullptr);
+}
+
+TEST_F(ModuleTest, ModuleMenuScreenOpensOnlyWhatItsKeysServe) {
+    OpenWithModule();
+    app.ClickMenu("Kivra");
+    auto menu = std::dynamic_pointer_cast<kivra::frmKivraMain>(app.OpenScreens().back());
+    ASSERT_TRUE(menu);
+    auto& cube = menu->Get<ui::ButtonCube>("BtnCube1");
+    ASSERT_EQ(cube.Buttons().size(), 10u);
+    EXPECT_EQ(cube.Buttons()[6].key, "StkMaster");
+    EXPECT_EQ(cube.Buttons()[6].caption, "7. Daily Return");
+    for (std::size_t button : {4u, 5u, 6u, 8u, 9u}) cube.Click(button);
+    menu->KeyDown({ui::Key::Character, U'0'});
+    EXPECT_EQ(app.OpenScreens().size(), 1u) << "buttons 5, 6, 7, 9, 10 and the key 0 open nothing";
+
+    // "8" opens the report chooser with its four entries.
+    std::vector<std::string> entries;
+    frontend.QueueModal([&](ui::Screen& screen) {
+        EXPECT_EQ(screen.Caption(), "Kivra Reports");
+        auto& list = screen.Get<ui::Grid>(desk::kSelectListGrid);
+        for (int row = 1; row < list.Rows(); ++row) entries.push_back(list.TextMatrix(row, 0));
+    });
+    menu->KeyDown({ui::Key::Character, U'8'});
+    EXPECT_EQ(entries, (std::vector<std::string>{"Daily Return", "Form (M)", "Daily Form Summary",
+                                                 "Daily Stock Register"}));
+}
+
+TEST(CKivraDoc, GstFromTheFirstOfJuly2017) {
+    EXPECT_FALSE(kivra::CKivraDoc::IsGSTApplicableOn(Date::FromYmd(2017, 6, 30)));
+    EXPECT_TRUE(kivra::CKivraDoc::IsGSTApplicableOn(Date::FromYmd(2017, 7, 1)));
+    EXPECT_EQ(Date::FromYmd(2017, 7, 1).Serial(), 42917);
+}
+
+} // namespace
