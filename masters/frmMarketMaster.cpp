@@ -2,17 +2,12 @@
 
 #include "module/mKivraModule.h"
 
+#include "host/Text.h"
+
 namespace kivra {
 namespace {
 
 constexpr const char* kTitle = "Local Mandi Master";
-
-std::size_t CharacterCount(std::string_view text) {
-    std::size_t count = 0;
-    for (unsigned char c : text)
-        if ((c & 0xC0) != 0x80) ++count; // UTF-8 continuation bytes belong to one character
-    return count;
-}
 
 } // namespace
 
@@ -116,7 +111,7 @@ void frmMarketMaster::CheckCell(int row, int col, const std::string& value, bool
             cancel = true;
         }
         same->Close();
-    } else if (col == kColSeries && CharacterCount(value) > 5) {
+    } else if (col == kColSeries && qx::CharacterCount(value) > 5) {
         // Deliberately tighter than the column's 10: form series are short codes.
         context_.Util().ShowMessage("Maximum 5 characters allowed in Series.", "", "E");
         cancel = true;

@@ -6,21 +6,12 @@
 #include "documents/CKivraDoc.h"
 #include "masters/frmMarketMaster.h"
 
-#include <algorithm>
+#include "host/Text.h"
+
 #include <stdexcept>
 
 namespace kivra {
 namespace {
-
-std::string Lower(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
-}
-
-bool ContainsNoCase(std::string_view text, std::string_view part) {
-    return Lower(std::string(text)).find(Lower(std::string(part))) != std::string::npos;
-}
 
 struct DocumentPreset {
     const char* key;
@@ -94,7 +85,7 @@ void CQXModule::Terminate() {
 }
 
 std::shared_ptr<qx::Object> CQXModule::GetForm(const std::string& name) {
-    auto lower = Lower(name);
+    auto lower = qx::LowerCase(name);
     if (lower == "ckivradoc") return std::make_shared<CKivraDoc>();
     // "kivrarates", the item charge-rates screen, comes with the item masters.
     return nullptr;
@@ -161,7 +152,7 @@ void CQXModule::SelectCompany() { context_->rateColumnsChecked = false; }
 
 void CQXModule::SplMenuCreate(const qx::Value&, bool& handled) {
     auto properties = context_->Session().FirmSettings().GetValue("FirmProperties").AsText();
-    if (!ContainsNoCase(properties, "*KivraMenu*")) return;
+    if (!qx::ContainsNoCase(properties, "*KivraMenu*")) return;
     auto& menu = context_->App().MainForm().CreateSplMenu("Kivra", "Kivra");
     handled = true;
     if (menu.ButtonCount() > 0) return; // the buttons exist already
