@@ -77,9 +77,12 @@ void DeskApp::ClickMenu(const std::string& key) {
     });
 }
 
-void DeskApp::RegisterHostScreen(const std::string& key, const std::string& caption,
+void DeskApp::RegisterHostScreen(const std::string& group, const std::string& key,
+                                 const std::string& caption,
                                  std::function<std::shared_ptr<ui::Screen>()> make) {
+    if (!hostScreens_.contains(key) && !group.empty()) mainMenu_.push_back({group, key, caption});
     hostScreens_[key] = {caption, std::move(make)};
+    frontend_.MenusChanged();
 }
 
 void DeskApp::RaiseCustomEvent(const std::string& name, EventArgs& args) {

@@ -59,6 +59,8 @@ public:
 
     // Modules: every shared library in the folder that exports QXCreateModule.
     void LoadModules(const std::filesystem::path& folder);
+    // A module the program made itself; the caller keeps it alive until Shutdown.
+    void PlugModule(IModule& module) { loader_.Plug(module, *this); }
     // Unloads the modules (Terminate) and closes the company.
     void Shutdown();
     const std::vector<LoadedModule>& Modules() const { return loader_.Modules(); }
@@ -73,8 +75,9 @@ public:
     void ClickMenu(const std::string& key);
     const std::vector<MainMenuEntry>& MainMenu() const { return mainMenu_; }
     const std::vector<std::unique_ptr<SpecialMenu>>& SpecialMenus() const { return splMenus_; }
-    // A host screen of the desk's own, keyed as its menu entry.
-    void RegisterHostScreen(const std::string& key, const std::string& caption,
+    // A host screen of the desk's own, keyed as its menu entry; shown in the main menu
+    // under the group unless the group is empty.
+    void RegisterHostScreen(const std::string& group, const std::string& key, const std::string& caption,
                             std::function<std::shared_ptr<ui::Screen>()> make);
     // Raises CustomEvent on the modules.
     void RaiseCustomEvent(const std::string& name, EventArgs& args);

@@ -41,11 +41,17 @@ void ModuleLoader::LoadFolder(const std::filesystem::path& folder, HostApp& app)
     }
 }
 
+void ModuleLoader::Plug(IModule& module, HostApp& app) {
+    module.Init(app);
+    modules_.push_back({{}, nullptr, &module});
+}
+
 void ModuleLoader::UnloadAll() {
     while (!modules_.empty()) {
         auto loaded = modules_.back();
         modules_.pop_back();
         loaded.module->Terminate();
+        if (!loaded.handle) continue; // the program's own: it keeps it
         delete loaded.module; // its code lives in the library: delete before dlclose
         dlclose(loaded.handle);
     }

@@ -11,8 +11,8 @@
 namespace qx::desk {
 
 struct LoadedModule {
-    std::filesystem::path file;
-    void* handle = nullptr;
+    std::filesystem::path file; // empty for a module plugged in by the program
+    void* handle = nullptr;     // null for a module plugged in by the program
     IModule* module = nullptr;
 };
 
@@ -26,6 +26,9 @@ public:
     // Loads every module of the folder and calls Init; a file that is not a module is
     // skipped with a line in Problems().
     void LoadFolder(const std::filesystem::path& folder, HostApp& app);
+    // Plugs in a module the program made itself (a test's, or one linked in): Init now,
+    // Terminate on unloading; the caller keeps ownership.
+    void Plug(IModule& module, HostApp& app);
     // Terminate, delete and unload every module, newest first.
     void UnloadAll();
     const std::vector<LoadedModule>& Modules() const { return modules_; }

@@ -58,7 +58,7 @@ TEST(DeskApp, AFailingScreenIsReportedToTheUser) {
     desk::ScriptedFrontend frontend;
     desk::DeskApp app(frontend);
     app.OpenCompany(path);
-    app.RegisterHostScreen("Broken", "Broken", []() -> std::shared_ptr<ui::Screen> {
+    app.RegisterHostScreen("", "Broken", "Broken", []() -> std::shared_ptr<ui::Screen> {
         throw DbError("no such table: NOWHERE");
     });
     app.ClickMenu("Broken");

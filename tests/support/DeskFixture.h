@@ -50,7 +50,7 @@ protected:
     void OpenWithModule(const std::string& firmProperties = "*KivraMenu*",
                         std::vector<std::pair<int, std::string>> options = {}) {
         path = MakeCompany(folder, firmProperties, std::move(options));
-        module.Init(app);
+        app.PlugModule(module);
         app.OpenCompany(path);
     }
 
@@ -80,8 +80,8 @@ protected:
     TempFolder folder;
     std::filesystem::path path;
     desk::ScriptedFrontend frontend;
+    kivra::CQXModule module; // outlives the desk, which terminates it on shutdown
     desk::DeskApp app{frontend};
-    kivra::CQXModule module;
 };
 
 } // namespace qx::test
