@@ -92,6 +92,11 @@ void Screen::RunUnload() { Unload(); }
 
 bool Screen::KeyDown(const KeyPress& key) {
     if (!key.Plain()) return false;
+    // F2 in an input box with a look-up opens the look-up, before any bar item of F2.
+    if (auto* box = dynamic_cast<TextBox*>(focused_); key.key == Key::F2 && box && box->OnLookup) {
+        box->OnLookup();
+        return true;
+    }
     if (IsFunctionKey(key.key) || key.key == Key::Escape) {
         // By index: a click may add controls to the screen.
         for (std::size_t i = 0; i < controls_.size(); ++i)

@@ -78,8 +78,9 @@ public:
     void RunUnload();
     bool Loaded() const { return loaded_; }
 
-    // A key pressed on the screen. By default function keys and Esc click the command-bar
-    // item whose caption names them, and Enter moves on as Tab does. True when consumed.
+    // A key pressed on the screen. By default F2 opens the look-up of the focused input
+    // box, function keys and Esc click the command-bar item whose caption names them, and
+    // Enter moves on as Tab does. True when consumed.
     virtual bool KeyDown(const KeyPress& key);
 
     // Focus.

@@ -288,6 +288,18 @@ TEST_F(EntryForm, EnterWalksTheControlsThatTakeFocusAndMovesWithinTheGrid) {
     EXPECT_EQ(view.focus, (Log{"txpParty", "Grid", "txpParty"}));
 }
 
+TEST_F(EntryForm, F2OpensTheLookUpOfTheFocusedBoxOnly) {
+    int lookups = 0;
+    party.OnLookup = [&] { ++lookups; };
+    party.SetFocus();
+    EXPECT_TRUE(screen.KeyDown({.key = Key::F2}));
+    EXPECT_EQ(lookups, 1);
+    party.Type("Gurmeet Singh");
+    grid.SetFocus();
+    EXPECT_FALSE(screen.KeyDown({.key = Key::F2})) << "the grid has no look-up of the box";
+    EXPECT_EQ(lookups, 1);
+}
+
 TEST_F(EntryForm, LeavingAControlRunsItsChecksFirst) {
     party.SetFocus();
     grid.SetFocus();
