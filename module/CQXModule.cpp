@@ -4,6 +4,7 @@
 #include "mKivraModule.h"
 
 #include "documents/CKivraDoc.h"
+#include "masters/frmKivraRates.h"
 #include "masters/frmMarketMaster.h"
 
 #include "host/Text.h"
@@ -87,7 +88,8 @@ void CQXModule::Terminate() {
 std::shared_ptr<qx::Object> CQXModule::GetForm(const std::string& name) {
     auto lower = qx::LowerCase(name);
     if (lower == "ckivradoc") return std::make_shared<CKivraDoc>();
-    // "kivrarates", the item charge-rates screen, comes with the item masters.
+    // A screen needs the host it runs in: none before Init.
+    if (lower == "kivrarates" && context_) return std::make_shared<frmKivraRates>(*context_);
     return nullptr;
 }
 
