@@ -15,4 +15,18 @@ std::string SqlQuote(std::string_view text) {
     return quoted;
 }
 
+Transaction::~Transaction() {
+    if (done_) return;
+    try {
+        db_.Rollback();
+    } catch (...) {
+        // nothing more can be done while leaving the scope
+    }
+}
+
+void Transaction::Commit() {
+    db_.Commit();
+    done_ = true;
+}
+
 } // namespace qx

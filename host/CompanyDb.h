@@ -63,6 +63,26 @@ public:
 
     // The backend's SQL literal of a day.
     virtual std::string DateLiteral(Date date) const = 0;
+
+    // One unit of work at a time: beginning a second while one is open throws DbError.
+    virtual void BeginTransaction() = 0;
+    virtual void Commit() = 0;
+    virtual void Rollback() = 0;
+};
+
+// A unit of work that rolls back on leaving its scope unless committed: a save is all or
+// nothing.
+class Transaction {
+public:
+    explicit Transaction(CompanyDb& db) : db_(db) { db_.BeginTransaction(); }
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+    void Commit();
+
+private:
+    CompanyDb& db_;
+    bool done_ = false;
 };
 
 // The text as a quoted SQL string literal, quotes doubled: D'SOUZA -> 'D''SOUZA'.

@@ -37,7 +37,11 @@ const std::vector<TableSpec> kTables = {
      {"QMCD"}},
     // VAT categories of items
     {"CTGMASTER", {{"CTGNO", kCode}, {"CTGNAME", "VARCHAR(60)"}}, {"CTGNO"}},
-    // Accounts (ledger heads); MST is the station or sub-type, MBSHNO the balance-sheet group
+    // Groups of the chart of accounts; NATURE: A asset, L liability, I income, E expense
+    {"FAGROUPS",
+     {{"GROUPNO", kCode}, {"GROUPNAME", "VARCHAR(60)"}, {"NATURE", "VARCHAR(1)"}},
+     {"GROUPNO"}},
+    // Accounts (ledger heads); MST is the station or sub-type, MBSHNO the group (FAGROUPS)
     {"FAMASTER",
      {{"MCD", kCode},
       {"MHD", "VARCHAR(80)"},
@@ -156,6 +160,28 @@ const std::vector<TableSpec> kTables = {
     {"FIRMOPTIONS", {{"OPTIONNO", kNumber}, {"OPTIONVALUE", "VARCHAR(250)"}}, {"OPTIONNO"}},
 };
 
+struct GroupSpec {
+    int number;
+    std::string_view name;
+    std::string_view nature;
+};
+
+// The chart's standard groups. Their numbers are the chart's own: modules file the heads they
+// create under them (sales under 72, payables under 190), so they are fixed, not generated.
+// Names are in upper case, as the masters keep every name.
+const std::vector<GroupSpec> kStandardGroups = {
+    {10, "CASH-IN-HAND", "A"},      {20, "BANK ACCOUNTS", "A"},
+    {40, "SUNDRY DEBTORS", "A"},    {59, "DUTIES & TAXES", "L"},
+    {60, "STOCK-IN-HAND", "A"},     {62, "PURCHASE ACCOUNTS", "E"},
+    {64, "PURCHASE RETURNS", "E"},  {66, "DIRECT EXPENSES", "E"},
+    {72, "SALES ACCOUNTS", "I"},    {74, "SALES RETURNS", "I"},
+    {89, "INPUT TAX CREDITS", "A"}, {99, "PROVISIONS", "L"},
+    {150, "CAPITAL ACCOUNT", "L"},  {180, "SUNDRY CREDITORS", "L"},
+    {190, "CURRENT LIABILITIES", "L"},
+    // A commodity's trading account closes into its gross profit: counted with income.
+    {195, "TRADING ACCOUNTS", "I"},
+};
+
 struct IndexSpec {
     std::string_view table;
     std::vector<std::string_view> columns;
@@ -225,6 +251,10 @@ void CreateHostSchema(CompanyDb& db, std::string_view companyName) {
         db.ExecuteSql(CreateTableSql(table));
     for (const IndexSpec& index : kIndexes)
         db.ExecuteSql(CreateIndexSql(index));
+    for (const GroupSpec& group : kStandardGroups)
+        db.ExecuteSql("INSERT INTO FAGROUPS (GROUPNO, GROUPNAME, NATURE) VALUES (" +
+                      std::to_string(group.number) + ", " + SqlQuote(group.name) + ", " +
+                      SqlQuote(group.nature) + ")");
     auto mark = [&](std::string_view name, std::string_view value) {
         db.ExecuteSql("INSERT INTO QXCOMPANY (NAME, VALUE) VALUES (" + SqlQuote(name) + ", " +
                       SqlQuote(value) + ")");

@@ -19,6 +19,7 @@ struct SchemaVersion {
 // One line per version; a company records the version that made it (SCHEMAVERSION).
 inline constexpr std::array kSchemaHistory = {
     SchemaVersion{1, "first schema: masters, series, documents, ledger, settings, indexes"},
+    SchemaVersion{2, "account groups FAGROUPS, filled with the chart's standard groups"},
 };
 inline constexpr int kHostSchemaVersion = kSchemaHistory.back().version;
 

@@ -103,7 +103,7 @@ std::unique_ptr<SqliteCompanyDb> SqliteCompanyDb::Create(const std::filesystem::
     std::unique_ptr<SqliteCompanyDb> db(
         new SqliteCompanyDb(OpenHandle(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE), path));
     try {
-        Transaction transaction(*db);
+        qx::Transaction transaction(*db);
         CreateHostSchema(*db, companyName);
         transaction.Commit();
     } catch (...) {
@@ -221,25 +221,6 @@ void SqliteCompanyDb::Rollback() {
     // SQLite may have rolled back by itself after an error (disk full, for one).
     if (sqlite3_get_autocommit(db_) == 0)
         Run("ROLLBACK");
-}
-
-Transaction::Transaction(SqliteCompanyDb& db) : db_(db) {
-    db_.BeginTransaction();
-}
-
-Transaction::~Transaction() {
-    if (done_)
-        return;
-    try {
-        db_.Rollback();
-    } catch (...) {
-        // nothing more can be done while leaving the scope
-    }
-}
-
-void Transaction::Commit() {
-    db_.Commit();
-    done_ = true;
 }
 
 } // namespace qx::db

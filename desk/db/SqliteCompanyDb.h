@@ -35,10 +35,9 @@ public:
                       std::string_view condition) override;
     std::string DateLiteral(Date date) const override;
 
-    // One unit of work at a time: beginning a second one while one is open throws DbError.
-    void BeginTransaction();
-    void Commit();
-    void Rollback();
+    void BeginTransaction() override;
+    void Commit() override;
+    void Rollback() override;
 
     const std::filesystem::path& Path() const { return path_; }
 
@@ -49,21 +48,6 @@ private:
     sqlite3* db_;
     std::filesystem::path path_;
     bool inTransaction_ = false;
-};
-
-// Rolls back on leaving its scope unless committed: a save is all or nothing.
-class Transaction {
-public:
-    explicit Transaction(SqliteCompanyDb& db);
-    ~Transaction();
-    Transaction(const Transaction&) = delete;
-    Transaction& operator=(const Transaction&) = delete;
-
-    void Commit();
-
-private:
-    SqliteCompanyDb& db_;
-    bool done_ = false;
 };
 
 } // namespace qx::db

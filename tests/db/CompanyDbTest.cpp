@@ -26,7 +26,7 @@ using qx::DbError;
 using qx::SqlQuote;
 using qx::Value;
 using qx::db::SqliteCompanyDb;
-using qx::db::Transaction;
+using qx::Transaction;
 namespace fs = std::filesystem;
 
 namespace {

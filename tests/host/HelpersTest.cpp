@@ -77,6 +77,9 @@ public:
     MOCK_METHOD(Value, LookupValue, (std::string_view, std::string_view, std::string_view),
                 (override));
     MOCK_METHOD(std::string, DateLiteral, (Date), (const, override));
+    MOCK_METHOD(void, BeginTransaction, (), (override));
+    MOCK_METHOD(void, Commit, (), (override));
+    MOCK_METHOD(void, Rollback, (), (override));
 };
 
 class MockSession : public HostSession {

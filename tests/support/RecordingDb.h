@@ -33,6 +33,9 @@ public:
         return inner_.LookupValue(table, field, condition);
     }
     std::string DateLiteral(Date date) const override { return inner_.DateLiteral(date); }
+    void BeginTransaction() override { inner_.BeginTransaction(); }
+    void Commit() override { inner_.Commit(); }
+    void Rollback() override { inner_.Rollback(); }
 
     std::vector<std::string> executed;
     // Per AddFields call: "TABLE TYPE: the fields that were missing".
