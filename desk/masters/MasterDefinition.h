@@ -1,0 +1,87 @@
+#pragma once
+// What a simple master is: one table edited as one grid, a row a record. The generic screen
+// TableMaster serves every such master from its definition.
+
+#include "host/CompanyDb.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace qx::desk {
+
+class TableMaster;
+
+enum class ColumnKind { Text, WholeNumber, Decimal, Lookup, YesNo };
+
+// The master a look-up column chooses from: it shows the record's name and stores its code.
+struct LookupTarget {
+    std::string table;
+    std::string codeField;
+    std::string nameField;
+    std::string noun; // "VAT category": "There is no VAT category named ..."
+};
+
+// Parts with an empty initialiser are optional.
+struct MasterColumn {
+    std::string field;
+    std::string caption;
+    int width = 1200; // twips
+    ColumnKind kind = ColumnKind::Text;
+    // Text only. Lengths count characters, not bytes (Gurmukhi takes several bytes).
+    int maxLength = 0;       // 0: no limit
+    int exactLength = 0;     // when given, exactly this many (Aadhaar, PAN, IFSC)
+    bool digitsOnly = false; // blanks typed between the digits are dropped
+    bool upperCase = false;
+    std::vector<std::string> choices{}; // when given, one of these (upper case)
+    LookupTarget lookup{};              // ColumnKind::Lookup only
+};
+
+// A table that refers to a master's records: a record in use there is not deleted.
+struct MasterReference {
+    std::string table;
+    std::string field;
+    std::string usedIn; // "documents": "<NAME> is used in documents and cannot be deleted."
+};
+
+struct SavedRecord {
+    std::int64_t code = 0;
+    std::string name;
+};
+
+// An extra button of a master. It runs on the record of the current row, saved first.
+struct MasterAction {
+    std::string control; // the button's name on the screen
+    std::string caption;
+    std::function<void(TableMaster& screen, const SavedRecord& record)> run;
+};
+
+// Parts with an empty initialiser are optional: a definition names only what it has.
+struct MasterDefinition {
+    std::string key;   // the screen's name and the key of its printed list: "StkMaster"
+    std::string title; // "Items"
+    std::string table;
+    std::string noun; // one record: "item"
+    MasterColumn keyColumn;
+    // The user types the code (numbers that are the chart's own); otherwise a new record gets
+    // MAX+1 when it is first saved and the code is only shown.
+    bool keyTyped = false;
+    MasterColumn nameColumn; // required, unique without regard to case, kept in upper case
+    std::vector<MasterColumn> columns{};
+    // Fields a new record gets besides its columns.
+    std::vector<std::pair<std::string, Value>> newRecordValues{};
+    std::vector<MasterReference> references{};
+    // What goes with a record, written in the same unit of work as the record itself.
+    std::function<void(CompanyDb&, const SavedRecord&)> afterSave{};
+    std::function<void(CompanyDb&, std::int64_t code)> afterDelete{};
+    std::vector<MasterAction> actions{};
+};
+
+// A look-up column of another master chooses among that master's records.
+inline LookupTarget LookupInto(const MasterDefinition& master) {
+    return {master.table, master.keyColumn.field, master.nameColumn.field, master.noun};
+}
+
+} // namespace qx::desk

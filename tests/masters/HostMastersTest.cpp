@@ -1,0 +1,384 @@
+// The desk's own masters (items, accounts, VAT categories and classes, account groups),
+// driven through their grids and keys as the user drives them.
+#include "MastersFixture.h"
+
+using namespace qx;
+using Strings = std::vector<std::string>;
+
+namespace {
+
+class HostMastersTest : public test::MastersFixture {
+protected:
+    void AddCategories(const Strings& names) {
+        auto& categories = Open("VatCategories");
+        for (const auto& name : names)
+            ASSERT_TRUE(TypeRow(categories, {{"CTGNAME", name}}));
+        ASSERT_TRUE(app.CloseScreen(categories));
+    }
+};
+
+TEST_F(HostMastersTest, ItemsTypedInAreStoredAndSurviveReopeningTheCompany) {
+    AddCategories({"grains", "ਦਾਲਾਂ"});
+    auto& items = Open("StkMaster");
+    EXPECT_EQ(GridOf(items).Row(), 1);
+    EXPECT_EQ(GridOf(items).Col(), items.ColumnOf("QMHD"))
+        << "the cursor waits in the new row's name";
+    ASSERT_TRUE(TypeRow(items, {{"QMHD", " wheat "}, {"QVATCTGNO", "Grains"}, {"QUNIT", "QTL"}}));
+    EXPECT_EQ(Cell(items, 1, "QMCD"), "1") << "the code shows once the item is stored";
+    EXPECT_EQ(Cell(items, 1, "QMHD"), "WHEAT");
+    EXPECT_EQ(Cell(items, 1, "QVATCTGNO"), "GRAINS") << "the category as it is kept";
+    ASSERT_TRUE(TypeRow(items, {{"QMHD", "D'souza basmati"}, {"QVATCTGNO", "ਦਾਲਾਂ"}}));
+    // Six Gurmukhi characters fit a unit of ten, though they take eighteen bytes.
+    ASSERT_TRUE(TypeRow(items, {{"QMHD", "ਕਣਕ"}, {"QUNIT", "ਕੁਇੰਟਲ"}}));
+    EXPECT_EQ(Rows("SELECT QMCD, QMHD, QVATCTGNO, QUNIT FROM STKMASTER ORDER BY QMCD"),
+              (Strings{"1|WHEAT|1|QTL", "2|D'SOUZA BASMATI|2|", "3|ਕਣਕ|0|ਕੁਇੰਟਲ"}));
+
+    // An edit the user is still typing is kept when the company is closed under it.
+    ASSERT_TRUE(TypeCell(items, 1, "QUNIT", "BAG"));
+    app.CloseCompany();
+    app.OpenCompany(path);
+    auto& again = Open("StkMaster");
+    ASSERT_EQ(GridOf(again).Rows(), 5);
+    EXPECT_EQ(Cell(again, 1, "QMHD"), "D'SOUZA BASMATI") << "listed by name";
+    EXPECT_EQ(Cell(again, 1, "QVATCTGNO"), "ਦਾਲਾਂ");
+    EXPECT_EQ(Cell(again, 2, "QMCD"), "1");
+    EXPECT_EQ(Cell(again, 2, "QUNIT"), "BAG");
+    EXPECT_EQ(Cell(again, 3, "QMHD"), "ਕਣਕ");
+    EXPECT_EQ(Cell(again, 4, "QMHD"), "") << "the empty row for a new item comes last";
+}
+
+TEST_F(HostMastersTest, BadItemInputIsRefusedWhereItIsTypedAndWritesNothing) {
+    auto& items = Open("StkMaster");
+    auto& grid = GridOf(items);
+    ASSERT_TRUE(TypeRow(items, {{"QMHD", "WHEAT"}, {"QUNIT", "QTL"}}));
+    const int fresh = 2;
+    struct Case {
+        std::string field, text, message;
+    };
+    for (const Case& bad :
+         std::vector<Case>{{"QMHD", "Wheat", "WHEAT already exists."},
+                           {"QVATCTGNO", "grains",
+                            "There is no VAT category named grains. Press F2 to choose one."},
+                           {"QUNIT", "QUINTAL-100", "Unit can hold at most 10 characters."}}) {
+        EXPECT_FALSE(TypeCell(items, fresh, bad.field, bad.text)) << bad.text;
+        EXPECT_EQ(TakeWarning(), bad.message);
+        EXPECT_EQ(grid.Row(), fresh);
+        EXPECT_EQ(grid.Col(), items.ColumnOf(bad.field)) << "the cursor stays on the refused text";
+        grid.Type("");
+        ASSERT_TRUE(grid.Commit());
+    }
+
+    // A stored item cannot lose its name, and a new row is not left without one.
+    EXPECT_FALSE(TypeCell(items, 1, "QMHD", ""));
+    EXPECT_EQ(TakeWarning(), "Enter a name.");
+    grid.Type("wheat");
+    ASSERT_TRUE(grid.Commit()) << "an item keeps its own name in other letters";
+    ASSERT_TRUE(TypeCell(items, fresh, "QUNIT", "BAG"));
+    EXPECT_FALSE(grid.MoveTo(1, items.ColumnOf("QMHD")));
+    EXPECT_EQ(TakeWarning(), "Enter a name.");
+    EXPECT_EQ(grid.Row(), fresh);
+    EXPECT_EQ(Rows("SELECT QMCD, QMHD, QUNIT FROM STKMASTER"), Strings{"1|WHEAT|QTL"});
+}
+
+TEST_F(HostMastersTest, F2ChoosesTheCategoryFromAListByName) {
+    AddCategories({"TAX FREE", "GRAINS"});
+    auto& items = Open("StkMaster");
+    auto& grid = GridOf(items);
+    ASSERT_TRUE(TypeCell(items, 1, "QMHD", "PADDY"));
+    ASSERT_TRUE(grid.MoveTo(1, items.ColumnOf("QVATCTGNO")));
+    Strings listed;
+    frontend.QueueModal([&](ui::Screen& list) {
+        auto& rows = list.Get<ui::Grid>(desk::kSelectListGrid);
+        for (int row = 1; row < rows.Rows(); ++row)
+            listed.push_back(rows.TextMatrix(row, 0));
+        rows.SetCurrent(1, 0);
+        list.Get<ui::StdButtons>(desk::kSelectListButtons).Click(0);
+    });
+    EXPECT_TRUE(items.KeyDown({ui::Key::F2}));
+    EXPECT_EQ(listed, (Strings{"GRAINS", "TAX FREE"}));
+    ASSERT_TRUE(grid.MoveTo(2, items.ColumnOf("QMHD")));
+    EXPECT_EQ(Rows("SELECT QMHD, QVATCTGNO FROM STKMASTER"), Strings{"PADDY|2"});
+    EXPECT_TRUE(frontend.Transcript().empty());
+}
+
+TEST_F(HostMastersTest, DeletingAsksForAStoredItemAndKeepsOneUsedInDocuments) {
+    auto& items = Open("StkMaster");
+    auto& grid = GridOf(items);
+    ASSERT_TRUE(TypeRow(items, {{"QMHD", "WHEAT"}}));
+    ASSERT_TRUE(TypeRow(items, {{"QMHD", "PADDY"}}));
+    Db().ExecuteSql("INSERT INTO DOCDATA (DOCUMENTID, REFNO, PRODUCTID) VALUES (1, 1, 1)");
+
+    // No question is scripted: asking one would fail the test.
+    ASSERT_TRUE(grid.MoveTo(1, items.ColumnOf("QMHD")));
+    items.KeyDown({ui::Key::F3});
+    EXPECT_EQ(TakeWarning(), "WHEAT is used in documents and cannot be deleted.");
+
+    ASSERT_TRUE(grid.MoveTo(2, items.ColumnOf("QMHD")));
+    frontend.QueueAnswer(kAnswerNo);
+    items.KeyDown({ui::Key::F3});
+    ASSERT_EQ(frontend.Transcript().size(), 1u);
+    EXPECT_EQ(frontend.Transcript()[0].prompt, "Do you want to delete PADDY?");
+    EXPECT_EQ(frontend.Transcript()[0].style, "Q");
+    EXPECT_EQ(grid.RowColour(2), 0) << "the row is shown normally again";
+    EXPECT_EQ(Rows("SELECT COUNT(*) FROM STKMASTER"), Strings{"2"});
+
+    frontend.QueueAnswer(kAnswerYes);
+    items.KeyDown({ui::Key::F3});
+    EXPECT_EQ(Rows("SELECT QMHD FROM STKMASTER"), Strings{"WHEAT"});
+    ASSERT_EQ(grid.Rows(), 3);
+    EXPECT_EQ(Cell(items, 2, "QMHD"), "") << "the empty row for a new item remains";
+
+    // A row never stored goes without a question.
+    frontend.ClearTranscript();
+    ASSERT_TRUE(TypeCell(items, 2, "QUNIT", "BAG"));
+    items.KeyDown({ui::Key::F3});
+    EXPECT_TRUE(frontend.Transcript().empty());
+    ASSERT_EQ(grid.Rows(), 3);
+    EXPECT_EQ(Cell(items, 2, "QUNIT"), "");
+}
+
+TEST_F(HostMastersTest, ListIsPrintedWithStoredItemsOnly) {
+    AddCategories({"GRAINS"});
+    auto& items = Open("StkMaster");
+    ASSERT_TRUE(TypeRow(items, {{"QMHD", "WHEAT"}, {"QVATCTGNO", "GRAINS"}, {"QUNIT", "QTL"}}));
+    ASSERT_TRUE(TypeRow(items, {{"QMHD", "PADDY"}}));
+    auto& grid = GridOf(items);
+    ASSERT_TRUE(grid.MoveTo(3, items.ColumnOf("QMHD")));
+    grid.Type("MAIZE"); // still being typed: not part of the list
+    items.KeyDown({ui::Key::F8});
+    ASSERT_EQ(frontend.Printed().size(), 1u);
+    const auto& [job, mode] = frontend.Printed().back();
+    EXPECT_EQ(mode, PrintMode::Preview);
+    EXPECT_EQ(job.title, "Items");
+    EXPECT_EQ(job.reportName, "StkMaster");
+    Strings captions;
+    for (const auto& column : job.columns)
+        captions.push_back(column.caption);
+    EXPECT_EQ(captions, (Strings{"Code", "Item Name", "VAT Category", "Unit"}))
+        << "no bookkeeping columns";
+    ASSERT_EQ(job.rows.size(), 2u);
+    EXPECT_EQ(job.rows[0].cells, (Strings{"1", "WHEAT", "GRAINS", "QTL"}));
+    EXPECT_EQ(job.rows[1].cells, (Strings{"2", "PADDY", "", ""}));
+    items.KeyDown({ui::Key::F9});
+    EXPECT_EQ(frontend.Printed().back().second, PrintMode::Print);
+}
+
+TEST_F(HostMastersTest, EscSavesTheRowBeingTypedButNotARowWithoutAName) {
+    auto& items = Open("StkMaster");
+    auto& grid = GridOf(items);
+    ASSERT_TRUE(grid.MoveTo(1, items.ColumnOf("QUNIT")));
+    grid.Type("BAG");
+    EXPECT_TRUE(items.KeyDown({ui::Key::Escape}));
+    EXPECT_EQ(TakeWarning(), "Enter a name.");
+    ASSERT_EQ(app.OpenScreens().size(), 1u) << "the screen stays for the name";
+
+    ASSERT_TRUE(grid.MoveTo(1, items.ColumnOf("QMHD")));
+    grid.Type("maize");
+    EXPECT_TRUE(items.KeyDown({ui::Key::Escape}));
+    EXPECT_TRUE(app.OpenScreens().empty());
+    EXPECT_EQ(Rows("SELECT QMCD, QMHD, QUNIT FROM STKMASTER"), Strings{"1|MAIZE|BAG"});
+}
+
+TEST_F(HostMastersTest, AnAccountComesWithItsPrintHeadAndFollowsARename) {
+    auto& accounts = Open("AcMaster");
+    ASSERT_TRUE(TypeRow(accounts, {{"MHD", "ram singh & sons"},
+                                   {"MBSHNO", "sundry debtors"},
+                                   {"MST", "KHANNA"},
+                                   {"MAADHARNO", "1234 5678 9012"},
+                                   {"MPANNO", "abcde1234f"},
+                                   {"MIFSCCODE", "sbin0001234"},
+                                   {"MCRDAYS", "30"},
+                                   {"MINTTRATE", "1.5"}}));
+    ASSERT_TRUE(TypeRow(accounts, {{"MHD", "ਗੁਰੂ ਨਾਨਕ ਟਰੇਡਰਜ਼"}}));
+    EXPECT_EQ(
+        Rows("SELECT MCD, MHD, MBSHNO, MST, MAADHARNO, MPANNO, MIFSCCODE, MCRDAYS, MINTTRATE, "
+             "MLGRNO, "
+             "MGRPNO FROM FAMASTER ORDER BY MCD"),
+        (Strings{"1|RAM SINGH & SONS|40|KHANNA|123456789012|ABCDE1234F|SBIN0001234|30|1.5|7|4",
+                 "2|ਗੁਰੂ ਨਾਨਕ ਟਰੇਡਰਜ਼|0|||||0|0|7|4"}));
+    EXPECT_EQ(
+        Rows("SELECT CODE, SUBCODE, HEAD, PRESSHEAD FROM FAHEADS ORDER BY CODE"),
+        (Strings{"1|0|RAM SINGH & SONS|Ram Singh & Sons", "2|0|ਗੁਰੂ ਨਾਨਕ ਟਰੇਡਰਜ਼|ਗੁਰੂ ਨਾਨਕ ਟਰੇਡਰਜ਼"}));
+
+    ASSERT_TRUE(TypeCell(accounts, 1, "MHD", "d'souza traders"));
+    ASSERT_TRUE(GridOf(accounts).MoveTo(2, accounts.ColumnOf("MHD")));
+    EXPECT_EQ(Rows("SELECT MCD, MHD, MBSHNO FROM FAMASTER WHERE MCD=1"),
+              Strings{"1|D'SOUZA TRADERS|40"});
+    EXPECT_EQ(Rows("SELECT CODE, HEAD, PRESSHEAD FROM FAHEADS WHERE CODE=1"),
+              Strings{"1|D'SOUZA TRADERS|D'souza Traders"});
+}
+
+TEST_F(HostMastersTest, BadAccountInputIsRefusedWithItsOwnMessage) {
+    auto& accounts = Open("AcMaster");
+    auto& grid = GridOf(accounts);
+    struct Case {
+        std::string field, text, message;
+    };
+    for (const Case& bad : std::vector<Case>{
+             {"MAADHARNO", "1234-5678-9012", "Aadhaar No. takes digits only."},
+             {"MAADHARNO", "12345678901", "Aadhaar No. must have 12 digits."},
+             {"MPANNO", "ABCDE1234", "PAN must have 10 characters."},
+             {"MIFSCCODE", "SBIN000123", "IFSC Code must have 11 characters."},
+             {"MCRDAYS", "thirty", "thirty is not a number."},
+             {"MCRDAYS", "7.5", "7.5 is not a whole number."},
+             {"MINTTRATE", "1.5%", "1.5% is not a number."},
+             {"MBSHNO", "DEBTORS",
+              "There is no account group named DEBTORS. Press F2 to choose one."},
+             {"MST", std::string(41, 'K'), "Station can hold at most 40 characters."}}) {
+        EXPECT_FALSE(TypeCell(accounts, 1, bad.field, bad.text)) << bad.text;
+        EXPECT_EQ(TakeWarning(), bad.message);
+        EXPECT_EQ(grid.Col(), accounts.ColumnOf(bad.field));
+        grid.Type("");
+        ASSERT_TRUE(grid.Commit());
+    }
+    ASSERT_TRUE(grid.MoveTo(2, accounts.ColumnOf("MHD")));
+    EXPECT_TRUE(Rows("SELECT MCD FROM FAMASTER").empty());
+    EXPECT_TRUE(Rows("SELECT CODE FROM FAHEADS").empty());
+}
+
+TEST_F(HostMastersTest, AnAccountInTheBooksIsNotDeletedAndAnUnusedOneGoesWithItsHeads) {
+    auto& accounts = Open("AcMaster");
+    for (const char* name : {"IN LEDGER", "A PARTY", "A BUYER", "A TRADING HEAD", "UNUSED"})
+        ASSERT_TRUE(TypeRow(accounts, {{"MHD", name}}));
+    Db().ExecuteSql("INSERT INTO FADATA (VOUCHERID, DSRNO, DCD, DAMT) VALUES (1, 1, 1, 100)");
+    Db().ExecuteSql("INSERT INTO DOCMAIN (DOCUMENTID, PARTYCODE) VALUES (1, 2)");
+    Db().ExecuteSql("INSERT INTO DOCDATA (DOCUMENTID, REFNO, CUSTOMERID) VALUES (1, 1, 3)");
+    Db().ExecuteSql("UPDATE FAMASTER SET MTRDNO=4 WHERE MCD=5");
+    Db().ExecuteSql("INSERT INTO VATMASTER (CODE, VATCODE) VALUES (5, 509)");
+
+    auto& grid = GridOf(accounts);
+    const Strings refusals{"IN LEDGER is used in ledger entries and cannot be deleted.",
+                           "A PARTY is used in documents and cannot be deleted.",
+                           "A BUYER is used in documents and cannot be deleted.",
+                           "A TRADING HEAD is used in accounts and cannot be deleted."};
+    for (int row = 1; row <= 4; ++row) {
+        ASSERT_TRUE(grid.MoveTo(row, accounts.ColumnOf("MHD")));
+        accounts.KeyDown({ui::Key::F3});
+        EXPECT_EQ(TakeWarning(), refusals[static_cast<std::size_t>(row - 1)]);
+    }
+    Db().ExecuteSql("UPDATE FAMASTER SET MTRDNO=0 WHERE MCD=5"); // the link would keep head 4
+
+    ASSERT_TRUE(grid.MoveTo(5, accounts.ColumnOf("MHD")));
+    frontend.QueueAnswer(kAnswerYes);
+    accounts.KeyDown({ui::Key::F3});
+    EXPECT_EQ(Rows("SELECT MCD FROM FAMASTER ORDER BY MCD"), (Strings{"1", "2", "3", "4"}));
+    EXPECT_EQ(Rows("SELECT CODE FROM FAHEADS ORDER BY CODE"), (Strings{"1", "2", "3", "4"}));
+    EXPECT_TRUE(Rows("SELECT CODE FROM VATMASTER").empty());
+}
+
+TEST_F(HostMastersTest, VatClassesKeepTheNumbersTheUserGives) {
+    auto& classes = Open("VatClasses");
+    auto& grid = GridOf(classes);
+    EXPECT_EQ(grid.Col(), classes.ColumnOf("VATCLASSNO")) << "a new class starts with its number";
+    ASSERT_TRUE(TypeRow(classes, {{"VATCLASSNO", "111"},
+                                  {"VATCLASSNAME", "Sales tax-free"},
+                                  {"PRESSHEAD", "Sales Tax-Free"},
+                                  {"SPO", "s"}}));
+    ASSERT_TRUE(TypeRow(
+        classes, {{"VATCLASSNO", "0305"}, {"VATCLASSNAME", "Purchase tax-free"}, {"SPO", "P"}}));
+    EXPECT_EQ(Cell(classes, 2, "VATCLASSNO"), "305");
+
+    const int fresh = 3;
+    struct Case {
+        std::string field, text, message;
+    };
+    for (const Case& bad :
+         std::vector<Case>{{"VATCLASSNO", "111", "Class No. 111 already exists."},
+                           {"VATCLASSNO", "3O5", "3O5 is not a number."},
+                           {"VATCLASSNO", "0", "Class No. must be above 0."},
+                           {"VATCLASSNAME", "SALES TAX-FREE", "SALES TAX-FREE already exists."},
+                           {"SPO", "X", "Sale/Purchase must be S, P or O."}}) {
+        EXPECT_FALSE(TypeCell(classes, fresh, bad.field, bad.text)) << bad.text;
+        EXPECT_EQ(TakeWarning(), bad.message);
+        grid.Type("");
+        ASSERT_TRUE(grid.Commit());
+    }
+    ASSERT_TRUE(TypeCell(classes, fresh, "VATCLASSNAME", "Input VAT"));
+    EXPECT_FALSE(grid.MoveTo(1, classes.ColumnOf("VATCLASSNO")));
+    EXPECT_EQ(TakeWarning(), "Class No. is required.");
+    ASSERT_TRUE(TypeCell(classes, fresh, "VATCLASSNO", "602"));
+
+    // Accounts file their VAT class by its number: a stored class keeps it.
+    EXPECT_FALSE(TypeCell(classes, 1, "VATCLASSNO", "112"));
+    EXPECT_EQ(TakeWarning(), "The Class No. of a saved VAT class cannot be changed.");
+    grid.Type("111");
+    ASSERT_TRUE(grid.Commit());
+    EXPECT_EQ(
+        Rows("SELECT VATCLASSNO, VATCLASSNAME, PRESSHEAD, SPO FROM VATCLASSES ORDER BY VATCLASSNO"),
+        (Strings{"111|SALES TAX-FREE|Sales Tax-Free|S", "305|PURCHASE TAX-FREE||P",
+                 "602|INPUT VAT||"}));
+
+    Db().ExecuteSql("INSERT INTO VATMASTER (CODE, VATCODE) VALUES (9, 111)");
+    classes.KeyDown({ui::Key::F3});
+    EXPECT_EQ(TakeWarning(), "SALES TAX-FREE is used in accounts and cannot be deleted.");
+}
+
+TEST_F(HostMastersTest, ACompanyStartsWithTheChartsGroupsAndANewGroupTakesTheNextNumber) {
+    auto& groups = Open("AcGroups");
+    auto& grid = GridOf(groups);
+    ASSERT_EQ(grid.Rows(), 16 + 2);
+    EXPECT_EQ(Cell(groups, 1, "GROUPNAME"), "BANK ACCOUNTS") << "listed by name";
+    EXPECT_EQ(Cell(groups, 1, "GROUPNO"), "20");
+    EXPECT_EQ(Rows("SELECT GROUPNAME, NATURE FROM FAGROUPS WHERE GROUPNO IN (40, 190, 195) ORDER "
+                   "BY GROUPNO"),
+              (Strings{"SUNDRY DEBTORS|A", "CURRENT LIABILITIES|L", "TRADING ACCOUNTS|I"}));
+
+    EXPECT_FALSE(TypeCell(groups, 17, "NATURE", "X"));
+    EXPECT_EQ(TakeWarning(), "Nature must be A, L, I or E.");
+    grid.Type("l");
+    ASSERT_TRUE(TypeCell(groups, 17, "GROUPNAME", "Secured loans"));
+    ASSERT_TRUE(grid.MoveTo(18, groups.ColumnOf("GROUPNAME")));
+    EXPECT_EQ(Rows("SELECT GROUPNO, GROUPNAME, NATURE FROM FAGROUPS WHERE GROUPNO>195"),
+              Strings{"196|SECURED LOANS|L"});
+
+    Db().ExecuteSql("INSERT INTO FAMASTER (MCD, MHD, MBSHNO) VALUES (1, 'RAM SINGH', 40)");
+    int debtors = 1;
+    while (debtors < grid.Rows() && Cell(groups, debtors, "GROUPNO") != "40")
+        ++debtors;
+    ASSERT_TRUE(grid.MoveTo(debtors, groups.ColumnOf("GROUPNAME")));
+    groups.KeyDown({ui::Key::F3});
+    EXPECT_EQ(TakeWarning(), "SUNDRY DEBTORS is used in accounts and cannot be deleted.");
+}
+
+TEST_F(HostMastersTest, ItemScreensOfModulesOpenOnTheStoredItem) {
+    auto& plain = Open("StkMaster");
+    EXPECT_EQ(plain.Find("btnitemrates"), nullptr) << "no item screens are set up";
+    ASSERT_TRUE(app.CloseScreen(plain));
+
+    app.DeskSession().SetFirmSetting("ItemForms",
+                                     "itemrates=Item Rates; missing = Missing Screen ;");
+    auto& items = Open("StkMaster");
+    auto& rateButton = items.Get<ui::Button>("btnitemrates");
+    EXPECT_EQ(rateButton.Caption(), "Item Rates");
+    auto& missingButton = items.Get<ui::Button>("btnmissing");
+
+    rateButton.Click();
+    EXPECT_EQ(TakeWarning(), "Choose a saved item first.") << "the empty row holds no item";
+
+    // The item being typed is stored first; the first module that offers the screen shows it.
+    ASSERT_TRUE(TypeCell(items, 1, "QMHD", "ਕਣਕ"));
+    ui::Screen* modal = nullptr;
+    frontend.QueueModal([&](ui::Screen& screen) { modal = &screen; });
+    rateButton.Click();
+    EXPECT_EQ(Rows("SELECT QMCD, QMHD FROM STKMASTER"), Strings{"1|ਕਣਕ"});
+    ASSERT_EQ(rates.handedOut.size(), 1u);
+    auto& shown = *rates.handedOut[0];
+    EXPECT_EQ(modal, &shown);
+    EXPECT_EQ(shown.Properties().GetValue("ItemCode").AsLong(), 1);
+    EXPECT_EQ(shown.Properties().GetValue("ItemName").AsText(), "ਕਣਕ");
+    EXPECT_EQ(shown.CallingForm.get(), &items);
+
+    // A row that cannot be stored opens nothing.
+    ASSERT_TRUE(TypeCell(items, 2, "QUNIT", "BAG"));
+    rateButton.Click();
+    EXPECT_EQ(TakeWarning(), "Enter a name.");
+    EXPECT_EQ(rates.handedOut.size(), 1u);
+
+    ASSERT_TRUE(GridOf(items).MoveTo(2, items.ColumnOf("QMHD")));
+    GridOf(items).Type("PADDY");
+    missingButton.Click();
+    EXPECT_EQ(TakeWarning(), "No module offers Missing Screen.");
+    EXPECT_EQ(Rows("SELECT QMHD FROM STKMASTER ORDER BY QMCD"), (Strings{"ਕਣਕ", "PADDY"}));
+}
+
+} // namespace
