@@ -240,8 +240,15 @@ std::string CreateTableSql(const TableSpec& table) {
 }
 
 std::string CreateIndexSql(const IndexSpec& index) {
-    return "CREATE INDEX IX_" + std::string(index.table) + "_" + Joined(index.columns, "_") +
+    return "CREATE INDEX IF NOT EXISTS IX_" + std::string(index.table) + "_" + Joined(index.columns, "_") +
            " ON " + std::string(index.table) + " (" + Joined(index.columns, ", ") + ")";
+}
+
+void InsertStandardGroups(CompanyDb& db) {
+    for (const GroupSpec& group : kStandardGroups)
+        db.ExecuteSql("INSERT INTO FAGROUPS (GROUPNO, GROUPNAME, NATURE) VALUES (" +
+                      std::to_string(group.number) + ", " + SqlQuote(group.name) + ", " +
+                      SqlQuote(group.nature) + ")");
 }
 
 } // namespace
@@ -251,10 +258,7 @@ void CreateHostSchema(CompanyDb& db, std::string_view companyName) {
         db.ExecuteSql(CreateTableSql(table));
     for (const IndexSpec& index : kIndexes)
         db.ExecuteSql(CreateIndexSql(index));
-    for (const GroupSpec& group : kStandardGroups)
-        db.ExecuteSql("INSERT INTO FAGROUPS (GROUPNO, GROUPNAME, NATURE) VALUES (" +
-                      std::to_string(group.number) + ", " + SqlQuote(group.name) + ", " +
-                      SqlQuote(group.nature) + ")");
+    InsertStandardGroups(db);
     auto mark = [&](std::string_view name, std::string_view value) {
         db.ExecuteSql("INSERT INTO QXCOMPANY (NAME, VALUE) VALUES (" + SqlQuote(name) + ", " +
                       SqlQuote(value) + ")");
@@ -262,6 +266,23 @@ void CreateHostSchema(CompanyDb& db, std::string_view companyName) {
     mark("FORMAT", kCompanyFormat);
     mark("SCHEMAVERSION", std::to_string(kHostSchemaVersion));
     mark("COMPANYNAME", companyName);
+}
+
+void UpgradeHostSchema(CompanyDb& db) {
+    for (const TableSpec& table : kTables) {
+        if (!db.TableExists(table.name)) {
+            db.ExecuteSql(CreateTableSql(table));
+            if (table.name == "FAGROUPS") InsertStandardGroups(db);
+            continue;
+        }
+        for (const ColumnSpec& column : table.columns)
+            if (!db.FieldExists(column.name, table.name))
+                db.ExecuteSql("ALTER TABLE " + std::string(table.name) + " ADD " + ColumnDefinition(table, column));
+    }
+    for (const IndexSpec& index : kIndexes)
+        db.ExecuteSql(CreateIndexSql(index));
+    db.ExecuteSql("UPDATE QXCOMPANY SET VALUE=" + SqlQuote(std::to_string(kHostSchemaVersion)) +
+                  " WHERE NAME='SCHEMAVERSION'");
 }
 
 } // namespace qx::db

@@ -29,5 +29,9 @@ inline constexpr std::string_view kCompanyFormat = "QX Desk company";
 
 // Creates the tables, their indexes and the marker. The caller wraps it in one transaction.
 void CreateHostSchema(CompanyDb& db, std::string_view companyName);
+// Brings a company of an older schema version up to this one: the tables, columns and
+// indexes it lacks (every change so far only adds), the standard groups of a new groups
+// table, and the version mark. The caller wraps it in one transaction.
+void UpgradeHostSchema(CompanyDb& db);
 
 } // namespace qx::db

@@ -117,8 +117,15 @@ std::unique_ptr<SqliteCompanyDb> SqliteCompanyDb::Create(const std::filesystem::
 
 std::unique_ptr<SqliteCompanyDb> SqliteCompanyDb::Open(const std::filesystem::path& path) {
     CheckCompanyFile(path);
-    return std::unique_ptr<SqliteCompanyDb>(
+    std::unique_ptr<SqliteCompanyDb> db(
         new SqliteCompanyDb(OpenHandle(path, SQLITE_OPEN_READWRITE), path));
+    // A company made by an older QX Desk is brought up to date as it is opened.
+    if (db->LookupValue("QXCOMPANY", "VALUE", "NAME='SCHEMAVERSION'").AsLong() < kHostSchemaVersion) {
+        qx::Transaction transaction(*db);
+        UpgradeHostSchema(*db);
+        transaction.Commit();
+    }
+    return db;
 }
 
 void SqliteCompanyDb::Run(std::string_view sql) {

@@ -1,4 +1,5 @@
 // A company in a real SQLite file, driven with the module's own statements.
+#include "desk/db/HostSchema.h"
 #include "desk/db/SqliteCompanyDb.h"
 
 #include <gtest/gtest.h>
@@ -202,6 +203,24 @@ TEST(CompanyFile, OpenRefusesACompanyOfANewerSchema) {
         ->ExecuteSql("UPDATE QXCOMPANY SET VALUE='99' WHERE NAME='SCHEMAVERSION'");
     EXPECT_NE(ThrownMessage([&] { SqliteCompanyDb::Open(path); }).find("newer QX Desk"),
               std::string::npos);
+}
+
+TEST(CompanyFile, OlderCompanyIsBroughtUpToDateWhenOpenedKeepingItsData) {
+    TempDir dir;
+    const fs::path path = dir.Path() / "older.kdb";
+    {
+        auto older = SqliteCompanyDb::Create(path, "Older");
+        older->ExecuteSql("DROP TABLE FAGROUPS");
+        older->ExecuteSql("DROP INDEX IX_FADATA_DCD_DVCHDATE");
+        older->ExecuteSql("INSERT INTO FAMASTER (MCD, MHD) VALUES (1, 'SELF')");
+        older->ExecuteSql("UPDATE QXCOMPANY SET VALUE='1' WHERE NAME='SCHEMAVERSION'");
+    }
+    auto db = SqliteCompanyDb::Open(path);
+    EXPECT_EQ(db->LookupValue("QXCOMPANY", "VALUE", "NAME='SCHEMAVERSION'").AsText(),
+              std::to_string(qx::db::kHostSchemaVersion));
+    EXPECT_EQ(db->LookupValue("FAGROUPS", "GROUPNAME", "GROUPNO=195").AsText(), "TRADING ACCOUNTS");
+    EXPECT_EQ(db->LookupValue("sqlite_master", "COUNT(*)", "name='IX_FADATA_DCD_DVCHDATE'").AsLong(), 1);
+    EXPECT_EQ(db->LookupValue("FAMASTER", "MHD", "MCD=1").AsText(), "SELF");
 }
 
 // ---- the traps of the module's SQL -----------------------------------------------------------
