@@ -41,22 +41,30 @@ void DeskApp::Shutdown() {
     session_.Close();
 }
 
-void DeskApp::OpenCompany(const std::filesystem::path& path) {
-    CloseCompany();
+bool DeskApp::OpenCompany(const std::filesystem::path& path) {
+    if (!CloseCompany()) return false;
     session_.Open(path);
     Raise([](HostAppEvents& l) { l.SelectCompany(); });
-    bool handled = false;
-    Raise([&](HostAppEvents& l) { l.SplMenuCreate(Value(), handled); });
-    frontend_.MenusChanged();
+    RefreshMenus();
+    return true;
 }
 
-void DeskApp::CloseCompany() {
-    for (auto it = screens_.rbegin(); it != screens_.rend();) {
-        auto screen = *it++;
-        CloseScreen(*screen);
-    }
+bool DeskApp::CloseCompany() {
+    // Newest first; a screen that refuses (a row it cannot save) keeps the company open.
+    while (!screens_.empty())
+        if (!CloseScreen(*screens_.back())) return false;
     session_.Close();
     splMenus_.clear();
+    frontend_.MenusChanged();
+    return true;
+}
+
+void DeskApp::RefreshMenus() {
+    splMenus_.clear();
+    if (session_.HasCompany()) {
+        bool handled = false;
+        Raise([&](HostAppEvents& l) { l.SplMenuCreate(Value(), handled); });
+    }
     frontend_.MenusChanged();
 }
 

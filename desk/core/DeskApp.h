@@ -65,9 +65,13 @@ public:
     void Shutdown();
     const std::vector<LoadedModule>& Modules() const { return loader_.Modules(); }
 
-    // Opens a company and tells the modules (SelectCompany, SplMenuCreate).
-    void OpenCompany(const std::filesystem::path& path);
-    void CloseCompany();
+    // Opens a company and tells the modules (SelectCompany, SplMenuCreate). False when an
+    // open screen refused to close, so the company open before stays open.
+    bool OpenCompany(const std::filesystem::path& path);
+    // Closes every screen, newest first, then the company; false when a screen refused.
+    bool CloseCompany();
+    // Builds the modules' special menus again (after the firm's properties changed).
+    void RefreshMenus();
     desk::Session& DeskSession() { return session_; }
 
     // A click on a main-menu entry or a special-menu button: the modules are asked first

@@ -33,8 +33,11 @@ FirmSettingsScreen::FirmSettingsScreen(DeskApp& app)
     buttons_.OnClick = [this](int index) {
         if (index != 0)
             Close(false);
-        else if (Save())
+        else if (Save()) {
+            // A module's menu follows the firm's properties ("*KivraMenu*").
+            app_.RefreshMenus();
             Close(true);
+        }
     };
 }
 

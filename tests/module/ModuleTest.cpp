@@ -3,6 +3,7 @@
 #include "support/DeskFixture.h"
 #include "support/RecordingDb.h"
 
+#include "desk/masters/HostMasters.h"
 #include "documents/CKivraDoc.h"
 #include "masters/frmMarketMaster.h"
 #include "module/frmKivraMain.h"
@@ -62,12 +63,20 @@ TEST_F(ModuleTest, SpecialMenuHasItsTenButtonsOnceWheneverTheFirmAsksForIt) {
     EXPECT_EQ(KivraMenu(app)->Buttons().size(), 10u) << "a second build adds no buttons";
 }
 
-TEST_F(ModuleTest, NoSpecialMenuWithoutTheFirmProperty) {
+TEST_F(ModuleTest, NoSpecialMenuWithoutTheFirmPropertyUntilTheFirmSettingsAskForIt) {
     OpenWithModule("*Retail*");
     EXPECT_EQ(KivraMenu(app), nullptr);
     bool handled = false;
     module.SplMenuCreate(Value(), handled);
     EXPECT_FALSE(handled);
+
+    desk::RegisterHostMasters(app);
+    app.ClickMenu("FirmSettings");
+    auto& settings = *app.OpenScreens().back();
+    settings.Get<ui::TextBox>("txtFirmProperties").Type("*Retail**KivraMenu*");
+    settings.Get<ui::StdButtons>("OKCancel").Click(0);
+    ASSERT_NE(KivraMenu(app), nullptr) << "the menu comes as soon as the settings are saved";
+    EXPECT_EQ(KivraMenu(app)->Buttons().size(), 10u);
 }
 
 TEST_F(ModuleTest, MenuKeysOpenTheModulesScreensAndLeaveTheRestToTheHost) {
