@@ -1,5 +1,5 @@
 // `qx` as support staff and scripts use it.
-#include "support/DeskFixture.h"
+#include "support/Desk.h"
 
 #include "desk/cli/Commands.h"
 

@@ -1,6 +1,6 @@
 // The desk as a module meets it: the real plug-in loaded from the modules folder, events,
 // menus, errors shown to the user, and the ledger rows of a voucher.
-#include "support/DeskFixture.h"
+#include "support/Desk.h"
 
 #include "desk/core/ModuleLoader.h"
 #include "desk/core/ReportText.h"

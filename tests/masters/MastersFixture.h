@@ -2,7 +2,7 @@
 // A company with the desk's own masters in its menu and no real module: only small test
 // modules that offer screens for an item, plugged in as the desk plugs modules in.
 
-#include "support/DeskFixture.h"
+#include "support/Desk.h"
 
 #include "desk/masters/HostMasters.h"
 #include "desk/masters/TableMaster.h"
@@ -37,7 +37,7 @@ private:
     std::string offers_;
 };
 
-class MastersFixture : public DeskFixture {
+class MastersFixture : public DeskFixtureBase {
 protected:
     void SetUp() override {
         path = MakeCompany(folder, "");

@@ -1,0 +1,78 @@
+#pragma once
+// A real company file in a temporary folder and the desk with its scripted front end, with
+// no module plugged in.
+
+#include "desk/core/DeskApp.h"
+#include "desk/core/Scripted.h"
+#include "desk/core/SelectDialog.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <random>
+#include <string>
+
+namespace qx::test {
+
+class TempFolder {
+public:
+    TempFolder() {
+        std::random_device random;
+        path_ = std::filesystem::temp_directory_path() /
+                ("qx-test-" + std::to_string(random()) + std::to_string(random()));
+        std::filesystem::create_directories(path_);
+    }
+    ~TempFolder() {
+        std::error_code ec;
+        std::filesystem::remove_all(path_, ec);
+    }
+    const std::filesystem::path& Path() const { return path_; }
+
+private:
+    std::filesystem::path path_;
+};
+
+// Creates a company file with the given firm properties and options.
+inline std::filesystem::path MakeCompany(const TempFolder& folder, const std::string& firmProperties = "*KivraMenu*",
+                                         std::vector<std::pair<int, std::string>> options = {},
+                                         const std::string& file = "company.kdb") {
+    auto path = folder.Path() / file;
+    desk::Session session;
+    session.Create(path, "Test Trading Company");
+    session.SetFirmSetting("FirmProperties", firmProperties);
+    for (const auto& [number, value] : options) session.SetOption(number, value);
+    return path;
+}
+
+class DeskFixtureBase : public ::testing::Test {
+protected:
+    CompanyDb& Db() { return app.DeskSession().Database(); }
+
+    // The texts of every message shown so far.
+    std::vector<std::string> Messages() const {
+        std::vector<std::string> texts;
+        for (const auto& message : frontend.Transcript()) texts.push_back(message.prompt);
+        return texts;
+    }
+
+    // The next selection list: choose the entry with that text (or cancel when empty).
+    void ChooseInNextList(const std::string& text) {
+        frontend.QueueModal([text](ui::Screen& screen) {
+            auto& list = screen.Get<ui::Grid>(desk::kSelectListGrid);
+            for (int row = 1; row < list.Rows(); ++row)
+                if (list.TextMatrix(row, 0) == text) {
+                    list.SetCurrent(row, 0);
+                    screen.Get<ui::StdButtons>(desk::kSelectListButtons).Click(0);
+                    return;
+                }
+            ADD_FAILURE() << "no entry " << text << " in the list";
+        });
+    }
+
+    TempFolder folder;
+    std::filesystem::path path;
+    desk::ScriptedFrontend frontend;
+    desk::DeskApp app{frontend};
+};
+
+} // namespace qx::test
