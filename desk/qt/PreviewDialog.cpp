@@ -1,0 +1,82 @@
+#include "PreviewDialog.h"
+
+#include "PrintRenderer.h"
+
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QMessageBox>
+#include <QPrintDialog>
+#include <QPrintPreviewWidget>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace qx::desk {
+namespace {
+
+void ShowFailure(QWidget* parent, const std::exception& error) {
+    QMessageBox::critical(parent, QStringLiteral("QX Desk"), QString::fromUtf8(error.what()));
+}
+
+} // namespace
+
+PreviewDialog::PreviewDialog(PrintJob job, QWidget* parent)
+    : QDialog(parent), job_(std::move(job)), printer_(QPrinter::HighResolution) {
+    setWindowTitle(QStringLiteral("Print Preview - %1").arg(QString::fromStdString(job_.title)));
+    print::SetUpPage(job_, printer_);
+    preview_ = new QPrintPreviewWidget(&printer_, this);
+    connect(preview_, &QPrintPreviewWidget::paintRequested, this, [this](QPrinter* printer) {
+        try {
+            print::Render(job_, *printer);
+        } catch (const std::exception& error) {
+            ShowFailure(this, error);
+        }
+    });
+
+    auto* buttons = new QHBoxLayout;
+    auto addButton = [&](const QString& caption, auto action) {
+        auto* button = new QPushButton(caption, this);
+        button->setAutoDefault(false);
+        connect(button, &QPushButton::clicked, this, action);
+        buttons->addWidget(button);
+    };
+    addButton(QStringLiteral("Print..."), [this] { PrintWithDialog(job_, this); });
+    addButton(QStringLiteral("Save PDF..."), [this] { SavePdf(); });
+    addButton(QStringLiteral("Zoom In"), [this] { preview_->zoomIn(); });
+    addButton(QStringLiteral("Zoom Out"), [this] { preview_->zoomOut(); });
+    buttons->addStretch();
+    addButton(QStringLiteral("Close"), [this] { accept(); });
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(buttons);
+    layout->addWidget(preview_, 1);
+    resize(900, 1000);
+}
+
+int PreviewDialog::PageCount() const { return preview_->pageCount(); }
+
+void PreviewDialog::SavePdf() {
+    const QString suggested = QString::fromStdString(job_.title.empty() ? "report" : job_.title);
+    const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Save PDF"),
+                                                      suggested + QStringLiteral(".pdf"),
+                                                      QStringLiteral("PDF files (*.pdf)"));
+    if (path.isEmpty()) return;
+    try {
+        print::WritePdf(job_, path.toStdString());
+    } catch (const std::exception& error) {
+        ShowFailure(this, error);
+    }
+}
+
+void PrintWithDialog(const PrintJob& job, QWidget* parent) {
+    QPrinter printer(QPrinter::HighResolution);
+    print::SetUpPage(job, printer);
+    QPrintDialog dialog(&printer, parent);
+    if (dialog.exec() != QDialog::Accepted) return;
+    try {
+        print::Render(job, printer);
+    } catch (const std::exception& error) {
+        ShowFailure(parent, error);
+    }
+}
+
+} // namespace qx::desk

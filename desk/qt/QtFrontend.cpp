@@ -1,0 +1,170 @@
+#include "QtFrontend.h"
+
+#include "Pictures.h"
+#include "PreviewDialog.h"
+#include "ScreenWidget.h"
+
+#include "desk/core/DeskApp.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDialog>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMessageBox>
+#include <QVBoxLayout>
+
+#include <stdexcept>
+
+namespace qx::desk {
+
+// A screen's sub-window. Its close button (and the screen's own Close) asks the application,
+// which asks the screen (QueryUnload); once the screen agreed the application takes the
+// window down through QtFrontend::Closed.
+class ScreenWindow : public QMdiSubWindow {
+public:
+    ScreenWindow(std::shared_ptr<ui::Screen> screen, DeskApp& app)
+        : screen_(std::move(screen)), app_(app), view_(new ScreenWidget(*screen_)) {
+        setWidget(view_);
+        setWindowTitle(ToQString(screen_->Caption()));
+        setWindowIcon(PictureIcon(screen_->Icon));
+        view_->OnCloseWanted = [this] { close(); };
+    }
+    // The view goes first: it lets go of the screen, which this window keeps alive.
+    ~ScreenWindow() override { delete view_; }
+
+    ScreenWidget& View() const { return *view_; }
+    ui::Screen& Model() const { return *screen_; }
+    // The screen's code may be in a module that the desk unloads next (when it shuts down):
+    // the window, which keeps the screen alive, goes at once unless the screen's own handler
+    // (its Exit, say) is still running.
+    void TakeDown() {
+        closed_ = true;
+        hide();
+        if (view_->Acting()) deleteLater();
+        else delete this;
+    }
+
+protected:
+    void closeEvent(QCloseEvent* event) override {
+        if (closed_) {
+            QMdiSubWindow::closeEvent(event);
+            return;
+        }
+        event->ignore();
+        view_->Act([this] { app_.CloseScreen(*screen_); });
+    }
+
+private:
+    std::shared_ptr<ui::Screen> screen_;
+    DeskApp& app_;
+    ScreenWidget* view_;
+    bool closed_ = false;
+};
+
+namespace {
+
+// A screen run modally. Esc or the close button cancel it as the screen's own Close(false)
+// would; the dialog ends when the screen closes.
+class ScreenDialog : public QDialog {
+public:
+    ScreenDialog(ui::Screen& screen, QWidget* parent)
+        : QDialog(parent), screen_(screen), view_(new ScreenWidget(screen, this)) {
+        setWindowTitle(ToQString(screen.Caption()));
+        auto* layout = new QVBoxLayout(this);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(view_);
+        view_->OnCloseWanted = [this] { done(screen_.Accepted() ? Accepted : Rejected); };
+    }
+    ScreenWidget& View() const { return *view_; }
+    void reject() override {
+        view_->Act([this] { screen_.Close(false); });
+    }
+
+private:
+    ui::Screen& screen_;
+    ScreenWidget* view_;
+};
+
+} // namespace
+
+QtFrontend::QtFrontend() = default;
+
+QtFrontend::~QtFrontend() = default;
+
+MainWindow& QtFrontend::Window() {
+    if (window_) return *window_;
+    if (!app_) throw std::logic_error("the desk's main window needs its application attached");
+    window_ = std::make_unique<MainWindow>(*app_);
+    QObject::connect(&window_->Area(), &QMdiArea::subWindowActivated, window_.get(),
+                     [this](QMdiSubWindow* activated) {
+                         // A screen activates when the user comes to it from another screen,
+                         // not each time a message box over it closes.
+                         auto* window = dynamic_cast<ScreenWindow*>(activated);
+                         if (!window || window == lastActive_) return;
+                         lastActive_ = window;
+                         window->View().Act([window] { window->Model().RunActivate(); });
+                     });
+    return *window_;
+}
+
+QMdiSubWindow* QtFrontend::WindowOf(const ui::Screen& screen) const {
+    auto it = windows_.find(&screen);
+    return it == windows_.end() ? nullptr : it->second;
+}
+
+void QtFrontend::Show(std::shared_ptr<ui::Screen> screen) {
+    const ui::Screen* key = screen.get();
+    auto* window = new ScreenWindow(std::move(screen), *app_);
+    windows_[key] = window;
+    Window().Area().addSubWindow(window);
+    window->show();
+    Window().Area().setActiveSubWindow(window);
+}
+
+void QtFrontend::RunModal(ui::Screen& screen) {
+    ScreenDialog dialog(screen, DialogParent());
+    dialog.View().Act([&] { screen.RunActivate(); });
+    dialog.exec();
+}
+
+void QtFrontend::Closed(ui::Screen& screen) {
+    auto it = windows_.find(&screen);
+    if (it == windows_.end()) return;
+    ScreenWindow* window = it->second;
+    windows_.erase(it);
+    if (lastActive_ == window) lastActive_ = nullptr;
+    screen.SetView(nullptr);
+    window->TakeDown();
+}
+
+int QtFrontend::Message(const std::string& prompt, const std::string& options,
+                        const std::string& style) {
+    QMessageBox::Icon icon = QMessageBox::Information;
+    if (style == "E") icon = QMessageBox::Critical;
+    else if (style == "W") icon = QMessageBox::Warning;
+    else if (style == "Q") icon = QMessageBox::Question;
+    const bool yesNo = options == "2";
+    QMessageBox box(icon, QStringLiteral("QX Desk"), ToQString(prompt),
+                    yesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok, DialogParent());
+    box.setDefaultButton(yesNo ? QMessageBox::Yes : QMessageBox::Ok);
+    return box.exec() == QMessageBox::No ? 2 : 1;
+}
+
+void QtFrontend::Print(const PrintJob& job, PrintMode mode) {
+    if (mode == PrintMode::Print) {
+        PrintWithDialog(job, DialogParent());
+        return;
+    }
+    PreviewDialog preview(job, DialogParent());
+    preview.exec();
+}
+
+void QtFrontend::MenusChanged() { Window().Refresh(); }
+
+QWidget* QtFrontend::DialogParent() {
+    if (QWidget* active = QApplication::activeWindow()) return active;
+    return window_.get();
+}
+
+} // namespace qx::desk

@@ -1,0 +1,25 @@
+// qxdesk [COMPANY]: the desktop. Loads the modules, opens the company named on the command
+// line, and shows the main window.
+
+#include "QtFrontend.h"
+
+#include "desk/core/DeskApp.h"
+#include "desk/masters/HostMasters.h"
+
+#include <QApplication>
+
+int main(int argc, char* argv[]) {
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("QX Desk"));
+    qx::desk::QtFrontend frontend;
+    qx::desk::DeskApp app(frontend);
+    qx::desk::RegisterHostMasters(app);
+    app.Guard([&] { app.LoadModules(qx::desk::DefaultModulesFolder()); });
+    frontend.Window().showMaximized();
+    const QStringList arguments = QApplication::arguments();
+    if (arguments.size() > 1) frontend.Window().OpenCompany(arguments.at(1));
+    const int exitCode = QApplication::exec();
+    // Windows closed on the way out are deleted now, while their modules are still loaded.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return exitCode;
+}

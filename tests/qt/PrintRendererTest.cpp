@@ -1,0 +1,119 @@
+// Print jobs on paper, written as PDF in a program that has no windows (as `qx` writes them)
+// and read back with poppler.
+#include "QtTestSupport.h"
+
+#include "desk/qt/CellAlignment.h"
+#include "desk/qt/PrintRenderer.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+
+#include <stdexcept>
+
+using namespace qx;
+
+namespace {
+
+// A daily summary as a report prints it: headings, farmers' names in Punjabi and Hindi,
+// figures, rules and totals, long enough for several pages.
+PrintJob DailySummary() {
+    PrintJob job;
+    job.firmName = "ਕਿਰਤ ਟਰੇਡਿੰਗ ਕੰਪਨੀ (Kirat Trading Co.)";
+    job.title = "I / J-Form Summary (Daily)";
+    job.title2 = "Date: 15/04/2024";
+    job.columns = {{"Form No.", 900, Align::Left},
+                   {"Seller", 3200, Align::Default},
+                   {"Bags", 800, Align::Right},
+                   {"Qty (Qtl)", 1100, Align::Right},
+                   {"Amount", 1500, Align::Right}};
+    job.rows.push_back({{"J-Forms"}, "*headingfonts*blanklinebefore*blanklineafter*"});
+    for (int i = 1; i <= 90; ++i) {
+        const std::string seller = i % 3 == 0   ? "ਗੁਰਪ੍ਰੀਤ ਸਿੰਘ"
+                                   : i % 3 == 1 ? "रामेश्वर प्रसाद"
+                                                : "Harbans Lal";
+        job.rows.push_back({{std::to_string(100 + i), seller, "50", "25.00", "58,750.00"}, ""});
+    }
+    job.rows.push_back({{}, "*hline1*"});
+    job.rows.push_back({{"", "Totals", "4500", "2250.00", "52,87,500.00"}, "*bhline1*hline1*totals*"});
+    return job;
+}
+
+} // namespace
+
+// Runs first in its own process under CTest: no Qt application exists, as in `qx`.
+TEST(QtPrint, PdfWithIndianScriptsIsWrittenWithoutAWindowingApplication) {
+    ASSERT_EQ(QCoreApplication::instance(), nullptr);
+    const auto pdf = test::OutputFolder() / "daily-summary-gurmukhi.pdf";
+    std::filesystem::remove(pdf);
+
+    print::WritePdf(DailySummary(), pdf.string());
+
+    ASSERT_TRUE(std::filesystem::exists(pdf));
+    const int pages = test::PdfPages(pdf);
+    ASSERT_GE(pages, 2) << "ninety rows do not fit on one page";
+    // Every page has the firm, the titles and the column captions, and its number of the total.
+    for (int page = 1; page <= pages; ++page) {
+        const std::string text = test::PdfPageText(pdf, page);
+        EXPECT_NE(text.find("Kirat Trading Co."), std::string::npos) << "page " << page;
+        EXPECT_NE(text.find("I / J-Form Summary (Daily)"), std::string::npos) << "page " << page;
+        EXPECT_NE(text.find("Qty (Qtl)"), std::string::npos) << "page " << page;
+        EXPECT_NE(text.find("Page " + std::to_string(page) + " of " + std::to_string(pages)),
+                  std::string::npos)
+            << "page " << page;
+    }
+    EXPECT_NE(test::PdfPageText(pdf, pages).find("52,87,500.00"), std::string::npos);
+    // The Indian names are set in faces that have their letters, not in boxes.
+    const std::string fonts = test::RunTool("pdffonts '" + pdf.string() + "'");
+    EXPECT_NE(fonts.find("Gurmukhi"), std::string::npos) << fonts;
+    EXPECT_NE(fonts.find("Devanagari"), std::string::npos) << fonts;
+}
+
+TEST(QtPrint, PageTurnsToLandscapeOnlyWhenTheColumnsNeedIt) {
+    PrintJob narrow = DailySummary();
+    PrintJob wide = narrow;
+    wide.columns.push_back({"Remarks", 6000, Align::Default});
+    const auto narrowPdf = test::OutputFolder() / "narrow.pdf";
+    const auto widePdf = test::OutputFolder() / "wide.pdf";
+    print::WritePdf(narrow, narrowPdf.string());
+    print::WritePdf(wide, widePdf.string());
+    // pdfinfo: "Page size:       595 x 842 pts (A4)".
+    auto isLandscape = [](const std::filesystem::path& pdf) {
+        const std::string info = test::RunTool("pdfinfo '" + pdf.string() + "'");
+        double width = 0, height = 0;
+        const auto at = info.find("Page size:");
+        EXPECT_NE(at, std::string::npos) << info;
+        EXPECT_EQ(std::sscanf(info.c_str() + at, "Page size: %lf x %lf", &width, &height), 2);
+        EXPECT_NE(info.find("(A4)", at), std::string::npos) << info;
+        return width > height;
+    };
+    EXPECT_FALSE(isLandscape(narrowPdf));
+    EXPECT_TRUE(isLandscape(widePdf));
+}
+
+TEST(QtPrint, EmptyReportStillHasOneTitledPage) {
+    PrintJob job;
+    job.title = "Stock Register";
+    job.columns = {{"Item", 2000, Align::Default}};
+    const auto pdf = test::OutputFolder() / "empty.pdf";
+    print::WritePdf(job, pdf.string());
+    ASSERT_EQ(test::PdfPages(pdf), 1);
+    const std::string text = test::PdfPageText(pdf, 1);
+    EXPECT_NE(text.find("Stock Register"), std::string::npos);
+    EXPECT_NE(text.find("Page 1 of 1"), std::string::npos);
+}
+
+TEST(QtPrint, UnwritablePathIsReportedNotIgnored) {
+    EXPECT_THROW(print::WritePdf(DailySummary(), "/nonexistent-folder/report.pdf"),
+                 std::runtime_error);
+}
+
+TEST(QtPrint, GeneralAlignmentPutsFiguresRightAndTextLeft) {
+    for (const char* figure : {"12,34,567.00", "-15", "(250.00)", "1,200.00 Dr", "0.50"})
+        EXPECT_EQ(print::CellAlignment(Align::Default, figure), Qt::AlignRight) << figure;
+    for (const char* text : {"Wheat", "15/04/2024", "J-Form 12", "", "ਕਣਕ"})
+        EXPECT_EQ(print::CellAlignment(Align::Default, QString::fromUtf8(text)), Qt::AlignLeft)
+            << text;
+    EXPECT_EQ(print::CellAlignment(Align::Centre, "12.00"), Qt::AlignHCenter);
+    EXPECT_EQ(print::CellAlignment(Align::Left, "12.00"), Qt::AlignLeft);
+    EXPECT_EQ(print::CellAlignment(Align::Right, "Wheat"), Qt::AlignRight);
+}

@@ -1,0 +1,235 @@
+// The desk with its Qt front end: the main window's menus, screens in sub-windows and modal
+// dialogs, message boxes, the print preview, and the Kivra module's market master.
+#include "WidgetTestSupport.h"
+
+#include "desk/core/DeskApp.h"
+#include "desk/qt/PreviewDialog.h"
+#include "desk/qt/PrintRenderer.h"
+#include "desk/qt/QtFrontend.h"
+#include "desk/qt/ScreenWidget.h"
+#include "support/Desk.h"
+
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTest>
+#include <QToolBar>
+#include <QToolButton>
+
+#include <algorithm>
+
+using namespace qx;
+
+namespace {
+
+// A host screen that counts what the desk does with it.
+class NotesScreen : public ui::Screen {
+public:
+    NotesScreen() : Screen("frmNotes", "Notes") {
+        bar.AddItem("Exit,Esc: Exit,Close");
+        bar.OnClick = [this](const std::string&) { Close(); };
+        buttons.OnClick = [this](int index) { Close(index == 0); };
+    }
+    ui::TextBox& note = Add<ui::TextBox>("txpNote", "Note");
+    ui::ButtonBar& bar = Add<ui::ButtonBar>("BtnBar1");
+    ui::StdButtons& buttons = Add<ui::StdButtons>("stdButtons");
+    int firstActivations = 0;
+    int unloads = 0;
+    bool refuseClose = false;
+
+protected:
+    void FirstActivate() override { ++firstActivations; }
+    void QueryUnload(bool& cancel) override { cancel = refuseClose; }
+    void Unload() override { ++unloads; }
+};
+
+class QtDesk : public testing::Test {
+protected:
+    static void SetUpTestSuite() { test::EnsureWidgetsApplication(); }
+
+    void SetUp() override {
+        app.RegisterHostScreen("Tools", "Notes", "Notes", [this] {
+            notes = std::make_shared<NotesScreen>();
+            return notes;
+        });
+        frontend.Window().show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&frontend.Window()));
+    }
+
+    QAction* MenuAction(const QString& menuTitle, const QString& text) {
+        for (QAction* menu : frontend.Window().menuBar()->actions())
+            if (menu->text() == menuTitle && menu->menu())
+                for (QAction* action : menu->menu()->actions())
+                    if (action->text() == text) return action;
+        return nullptr;
+    }
+
+    // The text, icon and buttons of the next message box, which is answered with button.
+    struct SeenBox {
+        QString text;
+        QMessageBox::Icon icon = QMessageBox::NoIcon;
+        QMessageBox::StandardButtons buttons;
+    };
+    void AnswerNextBox(SeenBox& seen, QMessageBox::StandardButton button) {
+        test::WhenModalOpens([&seen, button](QWidget& modal) {
+            auto& box = dynamic_cast<QMessageBox&>(modal);
+            seen = {box.text(), box.icon(), box.standardButtons()};
+            box.button(button)->click();
+        });
+    }
+
+    desk::QtFrontend frontend;
+    desk::DeskApp app{frontend};
+    std::shared_ptr<NotesScreen> notes;
+};
+
+TEST_F(QtDesk, SpecialMenuIsAMenuAndARowOfButtonsThatOpenScreens) {
+    SplMenu& menu = app.CreateSplMenu("Kivra", "Kivra");
+    menu.AddButton("Notes", "1. Notes", "Notes");
+    menu.AddButton("Nowhere", "2. Nowhere", "Books");
+    menu.CreateButtons();
+    frontend.MenusChanged();
+
+    auto* bar = frontend.Window().findChild<QToolBar*>("SplMenu.Kivra");
+    ASSERT_NE(bar, nullptr);
+    EXPECT_TRUE(bar->isVisible());
+    ASSERT_EQ(bar->actions().size(), 2);
+    EXPECT_EQ(bar->actions().at(0)->text(), "1. Notes");
+    EXPECT_EQ(bar->actions().at(1)->toolTip(), "Books");
+    ASSERT_NE(MenuAction("Kivra", "2. Nowhere"), nullptr);
+    EXPECT_EQ(frontend.Window().windowTitle(), "QX Desk");
+
+    QTest::mouseClick(bar->widgetForAction(bar->actions().at(0)), Qt::LeftButton);
+    ASSERT_TRUE(notes);
+    ASSERT_EQ(app.OpenScreens().size(), 1u);
+    QMdiSubWindow* window = frontend.WindowOf(*notes);
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(window->windowTitle(), "Notes");
+    EXPECT_EQ(notes->firstActivations, 1);
+    const auto shot = test::OutputFolder() / "main-window.png";
+    EXPECT_TRUE(frontend.Window().grab().save(QString::fromStdString(shot.string())));
+
+    // A key the desk has no screen for is answered with a message, not a crash.
+    SeenBox seen;
+    AnswerNextBox(seen, QMessageBox::Ok);
+    MenuAction("Kivra", "2. Nowhere")->trigger();
+    EXPECT_EQ(seen.text, "This function is not available in this version of QX Desk.");
+}
+
+TEST_F(QtDesk, ClosingAScreenWindowAsksTheScreenFirst) {
+    QAction* open = MenuAction("Tools", "Notes");
+    ASSERT_NE(open, nullptr) << "the desk's own screens are in the main menu by group";
+    open->trigger();
+    ASSERT_TRUE(notes);
+    QPointer<QMdiSubWindow> window = frontend.WindowOf(*notes);
+    ASSERT_TRUE(window);
+
+    notes->refuseClose = true;
+    window->close();
+    EXPECT_EQ(app.OpenScreens().size(), 1u);
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(notes->unloads, 0);
+
+    // Esc clicks the screen's "Esc: Exit", whose Close goes the same way.
+    notes->refuseClose = false;
+    QTest::keyClick(window->widget()->findChild<QWidget*>("txpNote"), Qt::Key_Escape);
+    EXPECT_TRUE(app.OpenScreens().empty());
+    EXPECT_EQ(notes->unloads, 1);
+    EXPECT_EQ(frontend.WindowOf(*notes), nullptr);
+    QTest::qWait(20);
+    EXPECT_FALSE(window) << "the closed screen's window is gone";
+}
+
+TEST_F(QtDesk, MessagesShowTheBoxOfTheirStyleAndReturnTheAnswer) {
+    SeenBox seen;
+    AnswerNextBox(seen, QMessageBox::No);
+    EXPECT_EQ(frontend.Message("Do you want to remove this row ?", "2", "W"), 2);
+    EXPECT_EQ(seen.text, "Do you want to remove this row ?");
+    EXPECT_EQ(seen.icon, QMessageBox::Warning);
+    EXPECT_EQ(seen.buttons, QMessageBox::Yes | QMessageBox::No);
+
+    AnswerNextBox(seen, QMessageBox::Yes);
+    EXPECT_EQ(frontend.Message("Save the form?", "2", "Q"), 1);
+    EXPECT_EQ(seen.icon, QMessageBox::Question);
+
+    AnswerNextBox(seen, QMessageBox::Ok);
+    EXPECT_EQ(frontend.Message("Maximum 5 characters allowed in Series.", "", "E"), 1);
+    EXPECT_EQ(seen.icon, QMessageBox::Critical);
+    EXPECT_EQ(seen.buttons, QMessageBox::Ok);
+}
+
+TEST_F(QtDesk, ModalScreenRunsUntilItClosesItself) {
+    NotesScreen dialog;
+    test::WhenModalOpens([](QWidget& modal) {
+        for (auto* button : modal.findChildren<QPushButton*>())
+            if (button->text() == "OK") button->click();
+    });
+    EXPECT_TRUE(app.ShowModal(dialog));
+    EXPECT_EQ(dialog.firstActivations, 1);
+
+    // Esc is the screen's "Esc: Exit": closed without accepting.
+    test::WhenModalOpens([](QWidget& modal) {
+        QTest::keyClick(modal.findChild<QWidget*>("txpNote"), Qt::Key_Escape);
+    });
+    EXPECT_FALSE(app.ShowModal(dialog));
+}
+
+TEST_F(QtDesk, PreviewShowsEveryPageOfTheJob) {
+    PrintJob job;
+    job.firmName = "Test Trading Company";
+    job.title = "Stock Register";
+    job.columns = {{"Date", 1200}, {"Receipt", 1200, Align::Right}, {"Sale", 1200, Align::Right}};
+    for (int day = 1; day <= 120; ++day)
+        job.rows.push_back({{std::to_string(day) + "/04/2024", "100.00", "75.50"}, ""});
+    const auto pdf = test::OutputFolder() / "stock-register.pdf";
+    print::WritePdf(job, pdf.string());
+
+    desk::PreviewDialog preview(job);
+    preview.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&preview));
+    EXPECT_GE(preview.PageCount(), 2);
+    EXPECT_EQ(preview.PageCount(), test::PdfPages(pdf)) << "preview and PDF are laid out alike";
+    const auto shot = test::OutputFolder() / "preview.png";
+    EXPECT_TRUE(preview.grab().save(QString::fromStdString(shot.string())));
+}
+
+TEST_F(QtDesk, MarketMasterOpensFromTheKivraButtons) {
+    test::TempFolder folder;
+    const auto company = test::MakeCompany(folder);
+    const char* modules = std::getenv("QX_MODULES_DIR");
+    ASSERT_NE(modules, nullptr);
+    app.LoadModules(modules);
+    ASSERT_FALSE(app.Modules().empty());
+    app.OpenCompany(company);
+    EXPECT_EQ(frontend.Window().windowTitle(),
+              QString::fromStdString("QX Desk - " + company.string()));
+
+    // Opening the company rebuilt the menus: one row of the module's buttons, on screen.
+    const auto bars = frontend.Window().findChildren<QToolBar*>("SplMenu.Kivra");
+    ASSERT_EQ(std::count_if(bars.begin(), bars.end(), [](QToolBar* b) { return b->isVisible(); }), 1);
+    QToolBar* bar = *std::find_if(bars.begin(), bars.end(), [](QToolBar* b) { return b->isVisible(); });
+    ASSERT_EQ(bar->actions().size(), 10);
+    QAction* marketMaster = bar->actions().at(9);
+    EXPECT_EQ(marketMaster->text(), "10. Local Mandi Master");
+    marketMaster->trigger();
+
+    ASSERT_EQ(app.OpenScreens().size(), 1u);
+    QMdiSubWindow* window = frontend.WindowOf(*app.OpenScreens().front());
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(window->windowTitle(), "Local Mandi Master");
+    window->resize(1000, 520);
+    auto* grid = window->findChild<QTableWidget*>("Grid");
+    ASSERT_NE(grid, nullptr);
+    EXPECT_EQ(grid->horizontalHeaderItem(2)->text(), "Market Name");
+    EXPECT_EQ(grid->rowCount(), 1); // an empty master: the row for a new market
+    frontend.Window().resize(1440, 720); // room for the module's ten buttons
+    const auto shot = test::OutputFolder() / "market-master.png";
+    EXPECT_TRUE(frontend.Window().grab().save(QString::fromStdString(shot.string())));
+    app.CloseCompany();
+}
+
+} // namespace
