@@ -45,6 +45,7 @@ std::filesystem::path DataFolder() {
 struct CompanySettings {
     std::string name;
     std::string firmProperties;
+    std::vector<std::pair<std::string, std::string>> settings; // further firm settings
     std::vector<std::pair<int, std::string>> options;
 };
 
@@ -52,6 +53,7 @@ void CreateCompany(const std::filesystem::path& path, const CompanySettings& set
     desk::Session session;
     session.Create(path, settings.name.empty() ? path.stem().string() : settings.name);
     if (!settings.firmProperties.empty()) session.SetFirmSetting("FirmProperties", settings.firmProperties);
+    for (const auto& [name, value] : settings.settings) session.SetFirmSetting(name, value);
     for (const auto& [number, value] : settings.options) session.SetOption(number, value);
 }
 
@@ -100,6 +102,9 @@ int Demo(const std::vector<std::string>& args, std::ostream& out) {
     const auto& company = demo.at("company");
     settings.name = company.value("name", "");
     settings.firmProperties = company.value("firmProperties", "");
+    const auto firmSettings = company.value("settings", nlohmann::json::object());
+    for (const auto& [name, value] : firmSettings.items())
+        settings.settings.emplace_back(name, value.get<std::string>());
     const auto options = company.value("options", nlohmann::json::object());
     for (const auto& [number, value] : options.items())
         settings.options.emplace_back(std::stoi(number), value.get<std::string>());

@@ -11,17 +11,53 @@ ui::Key KeyFromName(const std::string& name) {
     throw std::runtime_error("unknown key \"" + name + "\"");
 }
 
+int ColumnOfCaption(const ui::Grid& grid, const std::string& caption) {
+    for (int col = 0; col < grid.Cols(); ++col)
+        if (grid.TextMatrix(0, col) == caption) return col;
+    throw std::runtime_error("the grid " + grid.Name() + " has no column \"" + caption + "\"");
+}
+
 class StepRunner {
 public:
-    StepRunner(desk::DeskApp& app, desk::ScriptedFrontend& frontend) : app_(app), frontend_(frontend) {}
+    // screen: the dialog the steps are for; null for the screen opened last.
+    StepRunner(desk::DeskApp& app, desk::ScriptedFrontend& frontend, ui::Screen* screen)
+        : app_(app), frontend_(frontend), screen_(screen) {}
 
+    void RunAll(const nlohmann::json& steps) {
+        int number = 0;
+        for (const auto& step : steps) {
+            ++number;
+            auto messagesBefore = frontend_.Transcript().size();
+            try {
+                Run(step);
+                if (!step.contains("modal") && frontend_.ModalPending())
+                    throw std::runtime_error("no dialog opened for the steps of the step before");
+            } catch (const std::exception& error) {
+                throw std::runtime_error("step " + std::to_string(number) + " " + step.dump() + ": " +
+                                         error.what());
+            }
+            // An error the desk showed instead of raising (a menu entry that failed) ends the script.
+            for (auto i = messagesBefore; i < frontend_.Transcript().size(); ++i)
+                if (frontend_.Transcript()[i].style == "E")
+                    throw std::runtime_error("step " + std::to_string(number) + " " + step.dump() +
+                                             ": " + frontend_.Transcript()[i].prompt);
+        }
+    }
+
+private:
     void Run(const nlohmann::json& step) {
         if (step.contains("menu")) OpenMenu(step.at("menu").get<std::string>());
         else if (step.contains("grid")) TypeRows(step);
-        else if (step.contains("key")) PressKey(step.at("key").get<std::string>());
+        else if (step.contains("select")) SelectRow(step);
+        else if (step.contains("type")) TypeInto(step.at("type").get<std::string>(), step.at("text").get<std::string>());
+        else if (step.contains("choose")) Choose(step.at("choose").get<std::string>(), step.at("text").get<std::string>());
+        else if (step.contains("check")) Check(step.at("check").get<std::string>(), step.at("value").get<bool>());
+        else if (step.contains("click")) Click(step.at("click").get<std::string>(), step.value("index", 0));
+        else if (step.contains("modal")) QueueModal(step.at("modal"));
+        else if (step.contains("key")) Current().KeyDown({KeyFromName(step.at("key").get<std::string>())});
         else if (step.contains("answer")) Answer(step.at("answer").get<std::string>());
         else if (step.contains("close")) CloseCurrent();
-        else throw std::runtime_error("a step must be one of menu, grid, key, answer, close");
+        else throw std::runtime_error("not a step this script knows");
     }
 
     // The text of the last message shown, to say why an action was refused.
@@ -30,8 +66,8 @@ public:
         return transcript.empty() ? std::string("refused") : transcript.back().prompt;
     }
 
-private:
     ui::Screen& Current() {
+        if (screen_) return *screen_;
         if (app_.OpenScreens().empty()) throw std::runtime_error("no screen is open");
         return *app_.OpenScreens().back();
     }
@@ -45,58 +81,90 @@ private:
 
     void TypeRows(const nlohmann::json& step) {
         auto& grid = Current().Get<ui::Grid>(step.at("grid").get<std::string>());
-        int startColumn = step.value("startColumn", 0);
+        std::vector<int> columns;
+        for (const auto& caption : step.at("columns")) columns.push_back(ColumnOfCaption(grid, caption));
         for (const auto& cells : step.at("rows")) {
+            if (cells.size() > columns.size()) throw std::runtime_error("a row has more cells than columns");
             int row = grid.Rows() - 1; // the empty row at the end
-            int col = startColumn;
-            for (const auto& cell : cells) {
-                if (!grid.MoveTo(row, col))
+            for (std::size_t i = 0; i < cells.size(); ++i) {
+                if (!grid.MoveTo(row, columns[i]))
                     throw std::runtime_error("row " + std::to_string(row) + " was refused: " + LastMessage());
-                grid.Type(cell.get<std::string>());
-                ++col;
+                grid.Type(cells[i].get<std::string>());
             }
             // Leaving the row, as the user does when he goes on to the next one, saves it.
-            if (!grid.MoveTo(grid.Rows() - 1, startColumn))
+            if (!grid.MoveTo(grid.Rows() - 1, columns.front()))
                 throw std::runtime_error("row " + std::to_string(row) + " was refused: " + LastMessage());
         }
     }
 
-    void PressKey(const std::string& name) { Current().KeyDown({KeyFromName(name)}); }
+    void SelectRow(const nlohmann::json& step) {
+        auto& grid = Current().Get<ui::Grid>(step.at("select").get<std::string>());
+        int col = ColumnOfCaption(grid, step.at("column").get<std::string>());
+        auto text = step.at("text").get<std::string>();
+        for (int row = 1; row < grid.Rows(); ++row)
+            if (grid.TextMatrix(row, col) == text) {
+                if (!grid.MoveTo(row, col)) throw std::runtime_error("refused: " + LastMessage());
+                return;
+            }
+        throw std::runtime_error("no row reads \"" + text + "\"");
+    }
+
+    void TypeInto(const std::string& name, const std::string& text) {
+        auto& screen = Current();
+        auto& box = screen.Get<ui::TextBox>(name);
+        screen.Focus(box);
+        if (!box.Type(text)) throw std::runtime_error("the box does not take \"" + text + "\"");
+        bool cancel = false;
+        if (box.OnValidate) box.OnValidate(cancel);
+        if (cancel) throw std::runtime_error("refused: " + LastMessage());
+    }
+
+    void Choose(const std::string& name, const std::string& text) {
+        if (!Current().Get<ui::ComboBox>(name).Choose(text))
+            throw std::runtime_error("no entry \"" + text + "\"");
+    }
+
+    void Check(const std::string& name, bool value) {
+        auto& box = Current().Get<ui::CheckBox>(name);
+        if (box.Checked() != value) box.Click();
+    }
+
+    void Click(const std::string& name, int index) {
+        auto* control = Current().Find(name);
+        if (auto* button = dynamic_cast<ui::Button*>(control)) button->Click();
+        else if (auto* pair = dynamic_cast<ui::StdButtons*>(control)) pair->Click(index);
+        else throw std::runtime_error("no button " + name);
+    }
+
+    void QueueModal(const nlohmann::json& steps) {
+        frontend_.QueueModal([this, steps](ui::Screen& dialog) {
+            StepRunner(app_, frontend_, &dialog).RunAll(steps);
+        });
+    }
 
     void Answer(const std::string& answer) {
-        if (answer != "yes" && answer != "no")
-            throw std::runtime_error("an answer is \"yes\" or \"no\"");
+        if (answer != "yes" && answer != "no") throw std::runtime_error("an answer is \"yes\" or \"no\"");
         frontend_.QueueAnswer(answer == "yes" ? kAnswerYes : kAnswerNo);
     }
 
     void CloseCurrent() {
+        if (screen_) {
+            screen_->Close(false);
+            return;
+        }
         if (!app_.CloseScreen(Current()))
             throw std::runtime_error("the screen refused to close: " + LastMessage());
     }
 
     desk::DeskApp& app_;
     desk::ScriptedFrontend& frontend_;
+    ui::Screen* screen_;
 };
 
 } // namespace
 
 void RunScreenScript(desk::DeskApp& app, desk::ScriptedFrontend& frontend, const nlohmann::json& steps) {
-    StepRunner runner(app, frontend);
-    int number = 0;
-    for (const auto& step : steps) {
-        ++number;
-        auto errorsBefore = frontend.Transcript().size();
-        try {
-            runner.Run(step);
-        } catch (const std::exception& error) {
-            throw std::runtime_error("step " + std::to_string(number) + " " + step.dump() + ": " + error.what());
-        }
-        // An error the desk showed instead of raising (a menu entry that failed) ends the script.
-        for (auto i = errorsBefore; i < frontend.Transcript().size(); ++i)
-            if (frontend.Transcript()[i].style == "E")
-                throw std::runtime_error("step " + std::to_string(number) + " " + step.dump() + ": " +
-                                         frontend.Transcript()[i].prompt);
-    }
+    StepRunner(app, frontend, nullptr).RunAll(steps);
 }
 
 } // namespace qx::cli

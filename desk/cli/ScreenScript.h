@@ -1,16 +1,26 @@
 #pragma once
 // Drives the desk's screens from a script, as a user at the keyboard would: open a menu
-// entry, type rows into a grid cell by cell, press keys, answer questions, close. Data that
-// comes in this way (the demo company, say) takes the same path as a user's own entries.
+// entry, type rows into a grid cell by cell, fill input boxes, click buttons, answer
+// questions, close. Data that comes in this way (the demo company, say) takes the same path
+// as a user's own entries.
 //
 // A script is a JSON array of steps, run in order on the screen opened last:
-//   {"menu": "KEY"}                  click a main-menu or special-menu entry
-//   {"grid": "NAME", "startColumn": C, "rows": [["cell", ...], ...]}
-//                                    type each row into the grid's empty last row, from
-//                                    column C, leaving each cell as Enter does
-//   {"key": "F3"}                    press a key on the screen
-//   {"answer": "yes"|"no"}           answer the next question
-//   {"close": true}                  close the screen
+//   {"menu": "KEY"}                        click a main-menu or special-menu entry
+//   {"grid": "NAME", "columns": ["Caption", ...], "rows": [["cell", ...], ...]}
+//                                          type each row into the grid's empty last row, into
+//                                          the columns of those captions, leaving each cell as
+//                                          Enter does, then the row
+//   {"select": "GRID", "column": "Caption", "text": "..."}
+//                                          move to the row whose cell in that column reads so
+//   {"type": "BOX", "text": "..."}         type into an input box and leave it
+//   {"choose": "LIST", "text": "..."}      choose an entry of a list box
+//   {"check": "BOX", "value": true}        tick or clear a check box
+//   {"click": "BUTTON"}                    click a button ({"index": i} for OK/Cancel pairs)
+//   {"modal": [steps]}                     the steps to take on the next dialog, which opens
+//                                          during the step after
+//   {"key": "F3"}                          press a key on the screen
+//   {"answer": "yes"|"no"}                 answer the next question
+//   {"close": true}                        close the screen
 
 #include "desk/core/DeskApp.h"
 #include "desk/core/Scripted.h"

@@ -36,6 +36,8 @@ void DeskApp::Shutdown() {
         screens_.pop_back();
         frontend_.Closed(*screen);
     }
+    // A module's screens go before its code does.
+    closed_.clear();
     loader_.UnloadAll();
     listeners_.clear();
     session_.Close();
@@ -55,6 +57,7 @@ bool DeskApp::CloseCompany() {
         if (!CloseScreen(*screens_.back())) return false;
     session_.Close();
     splMenus_.clear();
+    closed_.clear();
     frontend_.MenusChanged();
     return true;
 }
@@ -69,6 +72,7 @@ void DeskApp::RefreshMenus() {
 }
 
 void DeskApp::ClickMenu(const std::string& key) {
+    closed_.clear();
     Guard([&] {
         bool handled = false;
         Raise([&](HostAppEvents& l) {
@@ -114,7 +118,9 @@ bool DeskApp::CloseScreen(ui::Screen& screen) {
                            [&](const auto& s) { return s.get() == &screen; });
     if (it == screens_.end()) return true;
     if (!screen.RunQueryUnload()) return false;
-    auto keep = *it; // the screen outlives its own close request
+    // The screen may be closing from inside one of its own handlers: it is released only
+    // when the next user action starts.
+    closed_.push_back(*it);
     screens_.erase(it);
     screen.RunUnload();
     UnregisterWindow(screen);

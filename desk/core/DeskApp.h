@@ -146,6 +146,7 @@ private:
     std::vector<MainMenuEntry> mainMenu_;
     std::map<std::string, HostScreen> hostScreens_;
     std::vector<std::shared_ptr<ui::Screen>> screens_;
+    std::vector<std::shared_ptr<ui::Screen>> closed_; // released at the next user action
     std::vector<std::pair<ui::Screen*, std::string>> registered_;
 };
 

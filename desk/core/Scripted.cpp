@@ -32,7 +32,6 @@ void ScriptedFrontend::Show(std::shared_ptr<ui::Screen> screen) {
     auto view = std::make_unique<ScriptedView>(app_, *screen, false);
     screen->SetView(view.get());
     views_[screen.get()] = std::move(view);
-    shown_.push_back(screen);
     screen->RunActivate();
 }
 

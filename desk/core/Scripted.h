@@ -36,11 +36,11 @@ public:
     // What the user does on the next modal screen (choose a row, click OK...). A modal
     // screen with no handler queued is closed as cancelled.
     void QueueModal(std::function<void(ui::Screen&)> handler) { modals_.push_back(std::move(handler)); }
+    bool ModalPending() const { return !modals_.empty(); }
 
     const std::vector<ShownMessage>& Transcript() const { return transcript_; }
     void ClearTranscript() { transcript_.clear(); }
     const std::vector<std::pair<PrintJob, PrintMode>>& Printed() const { return printed_; }
-    const std::vector<std::shared_ptr<ui::Screen>>& Shown() const { return shown_; }
     // Called for every message as it is shown (qx prints them as they come).
     std::function<void(const ShownMessage&)> OnMessage;
     // Called for every print job (qx writes it out).
@@ -60,7 +60,6 @@ private:
     std::deque<std::function<void(ui::Screen&)>> modals_;
     std::vector<ShownMessage> transcript_;
     std::vector<std::pair<PrintJob, PrintMode>> printed_;
-    std::vector<std::shared_ptr<ui::Screen>> shown_;
     std::map<const ui::Screen*, std::unique_ptr<ui::ScreenView>> views_;
 };
 

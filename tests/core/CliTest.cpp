@@ -94,6 +94,16 @@ TEST(Qx, DemoCompanyHoldsItsMarketsEnteredThroughTheMarketMaster) {
     EXPECT_EQ(markets.out, "MARKETID,MARKETNAME,SERIES\n1,KHANNA,KHN\n2,JAGRAON,JGN\n3,SAMRALA,SML\n4,DORAHA,DRH\n5,ਮਲੌਦ,MLD\n");
     auto one = Qx({"sql", path, "SELECT FIRST 1 MARKETID, MARKETNAME FROM MARKETMASTER"});
     EXPECT_EQ(std::count(one.out.begin(), one.out.end(), '\n'), 2) << one.out;
+
+    // The items' heads came through the rates screen: one market-fee head per item and the
+    // one payable head they share.
+    auto fees = Qx({"sql", path, "SELECT MHD FROM FAMASTER WHERE MHD LIKE 'MARKET FEE%' ORDER BY MHD"});
+    EXPECT_EQ(fees.out, "MHD\nMARKET FEE : BASMATI\nMARKET FEE : COTTON\nMARKET FEE : MAIZE\n"
+                        "MARKET FEE : PADDY\nMARKET FEE : WHEAT\nMARKET FEE PAYABLE\n");
+    auto wheat = Qx({"sql", path, "SELECT QMARKETFEE, QLABOURJF, QVATRATECODE FROM STKMASTER WHERE QMHD='WHEAT'"});
+    EXPECT_EQ(wheat.out, "qMarketFee,qLabourJF,qVATRateCode\n3,3.5,100\n") << "names as the module declared them";
+    auto self = Qx({"sql", path, "SELECT COUNT(*) FROM FAMASTER WHERE MHD='SELF'"});
+    EXPECT_EQ(self.out, "COUNT(*)\n1\n");
 }
 
 } // namespace
