@@ -7,6 +7,7 @@
 #include "desk/qt/PrintRenderer.h"
 #include "desk/qt/QtFrontend.h"
 #include "desk/qt/ScreenWidget.h"
+#include "desk/masters/HostMasters.h"
 #include "support/Desk.h"
 
 #include <QMdiArea>
@@ -229,6 +230,58 @@ TEST_F(QtDesk, MarketMasterOpensFromTheKivraButtons) {
     frontend.Window().resize(1440, 720); // room for the module's ten buttons
     const auto shot = test::OutputFolder() / "market-master.png";
     EXPECT_TRUE(frontend.Window().grab().save(QString::fromStdString(shot.string())));
+    app.CloseCompany();
+}
+
+} // namespace
+
+namespace {
+
+// The item master of a mandi firm and the Kivra rates screen it opens for an item, as a person
+// sees them.
+TEST_F(QtDesk, ItemMasterOpensTheKivraRatesOfAnItem) {
+    test::TempFolder folder;
+    const auto company = test::MakeCompany(folder);
+    {
+        desk::Session session;
+        session.Open(company);
+        session.SetFirmSetting("ItemForms", "kivrarates=Kivra Rates");
+        auto& db = session.Database();
+        db.ExecuteSql("INSERT INTO CTGMASTER (CTGNO, CTGNAME) VALUES (1, 'WHEAT'), (2, 'PADDY')");
+        db.ExecuteSql("INSERT INTO STKMASTER (QMCD, QMHD, QVATCTGNO, QUNIT) VALUES "
+                      "(1, 'WHEAT', 1, 'QTL'), (2, 'PADDY', 2, 'QTL'), (3, 'ਬਾਸਮਤੀ', 2, 'QTL')");
+    }
+    desk::RegisterHostMasters(app);
+    app.LoadModules(std::getenv("QX_MODULES_DIR"));
+    app.OpenCompany(company);
+    frontend.Window().resize(1440, 720);
+    app.ClickMenu("StkMaster");
+    ASSERT_EQ(app.OpenScreens().size(), 1u);
+    QMdiSubWindow* window = frontend.WindowOf(*app.OpenScreens().front());
+    ASSERT_NE(window, nullptr);
+    window->resize(900, 420);
+    auto* grid = window->findChild<QTableWidget*>("Grid");
+    ASSERT_NE(grid, nullptr);
+    grid->setCurrentCell(0, 1); // WHEAT
+    EXPECT_TRUE(frontend.Window().grab().save(
+        QString::fromStdString((test::OutputFolder() / "item-master.png").string())));
+
+    auto* rates = window->findChild<QPushButton*>("btnkivrarates");
+    ASSERT_NE(rates, nullptr);
+    EXPECT_EQ(rates->text(), "Kivra Rates");
+    QString caption;
+    bool shot = false;
+    test::WhenModalOpens([&](QWidget& dialog) {
+        caption = dialog.windowTitle();
+        shot = dialog.grab().save(
+            QString::fromStdString((test::OutputFolder() / "kivra-rates.png").string()));
+        auto* cancel = dialog.findChild<QPushButton*>("btnOKCancel.1");
+        if (cancel) cancel->click();
+        else dialog.close();
+    });
+    rates->click();
+    EXPECT_EQ(caption, "Kivra Rates");
+    EXPECT_TRUE(shot);
     app.CloseCompany();
 }
 
