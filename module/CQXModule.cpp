@@ -87,9 +87,10 @@ void CQXModule::Terminate() {
 
 std::shared_ptr<qx::Object> CQXModule::GetForm(const std::string& name) {
     auto lower = qx::LowerCase(name);
-    if (lower == "ckivradoc") return std::make_shared<CKivraDoc>();
-    // A screen needs the host it runs in: none before Init.
-    if (lower == "kivrarates" && context_) return std::make_shared<frmKivraRates>(*context_);
+    // A document extension or a screen needs the host it runs in: none before Init.
+    if (!context_) return nullptr;
+    if (lower == "ckivradoc") return std::make_shared<CKivraDoc>(*context_);
+    if (lower == "kivrarates") return std::make_shared<frmKivraRates>(*context_);
     return nullptr;
 }
 

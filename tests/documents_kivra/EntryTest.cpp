@@ -1,0 +1,218 @@
+// A mandi form while it is typed: the series mode, the charge rates filled from the first
+// line's item, the item's account set-up, and each line's bags and weights.
+#include "KivraDocFixture.h"
+
+using namespace qx;
+
+namespace {
+
+class EntryTest : public test::KivraDocFixture {
+protected:
+    void SetUp() override { Open(); }
+
+    // The user types an item code into a line and moves on.
+    void TypeItem(int row, const std::string& code) {
+        auto& grid = doc->Grid();
+        grid.SetCurrent(row, doc->Col("COL_STK_CODE"));
+        grid.Type(code);
+        grid.MoveNext();
+    }
+
+    // Charges grid rows: key and the rate the host set.
+    void Charges(const std::vector<std::string>& keys) {
+        auto& charges = doc->GridTot2();
+        charges.SetRows(static_cast<int>(keys.size()) + 1);
+        for (int row = 1; row < charges.Rows(); ++row) {
+            charges.SetTextMatrix(row, 17, keys[row - 1]);
+            charges.SetTextMatrix(row, 3, "9");
+        }
+    }
+    std::vector<std::string> ChargeRates() const {
+        std::vector<std::string> rates;
+        for (int row = 1; row < doc->GridTot2().Rows(); ++row)
+            rates.push_back(doc->GridTot2().TextMatrix(row, 3));
+        return rates;
+    }
+
+    std::string Recalc(int row, const std::map<std::string, std::string>& cells,
+                       const std::string& shown) {
+        Line(row, cells);
+        doc->RecalcGridRow(row);
+        return doc->Get(row, shown);
+    }
+};
+
+TEST_F(EntryTest, BindsToTheDocumentAndLetsGo) {
+    EXPECT_TRUE(Db().FieldExists("FormBookNo", "DOCMAIN"));
+    EXPECT_TRUE(Db().FieldExists("AddLessKgs", "DOCDATA"));
+    EXPECT_EQ(doc->Listeners(), 1u);
+    kivra->Terminate();
+    EXPECT_EQ(doc->Listeners(), 0u);
+}
+
+TEST_F(EntryTest, SeriesModeFollowsTypeTagsAndSubSeries) {
+    struct Case {
+        const char* docType;
+        const char* properties;
+        const char* subSeries;
+        bool jForm, iForm, purchase, local;
+    };
+    const Case cases[] = {
+        {"Sale", "*JForm*", "", true, false, false, false},
+        {"Sale", "*jform**IFORM*", "", false, true, false, false},
+        {"Sale", "", "Local", false, false, false, false},
+        {"purchase", "*JForm**IForm*", "Outside", false, false, true, false},
+        {"Purchase", "", "LOCAL Mandi", false, false, true, true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.docType) + " " + c.properties + " " + c.subSeries);
+        SelectSeries(c.docType, c.properties, c.subSeries);
+        const auto& mode = kivra->Mode();
+        EXPECT_EQ(mode.jForm, c.jForm);
+        EXPECT_EQ(mode.iForm, c.iForm);
+        EXPECT_EQ(mode.purchase, c.purchase);
+        EXPECT_EQ(mode.localPurchase, c.local);
+        EXPECT_EQ(doc->ShowGridinfo(), c.jForm || c.local);
+    }
+}
+
+TEST_F(EntryTest, FirstLineItemFillsTheRatesOfItsModeOnce) {
+    // LABOUR in small letters is filled only by the general look-up.
+    Charges({"LABOUR", "labour", "DAMI", "DHARMADA", "MARKET_FEE", "FREIGHT"});
+    SelectSeries("Sale", "*JForm*");
+    TypeItem(1, "1");
+    EXPECT_EQ(ChargeRates(), (std::vector<std::string>{"11", "9", "9", "9", "9", "9"}));
+    EXPECT_EQ(doc->db.queries.back(), "Select * from StkMaster where qmcd=1");
+
+    Charges({"LABOUR", "labour", "DAMI", "DHARMADA", "MARKET_FEE", "FREIGHT"});
+    TypeItem(1, "1");
+    TypeItem(2, "1");
+    EXPECT_EQ(ChargeRates()[0], "9") << "loaded once per document";
+
+    SelectSeries("Sale", "*IForm*");
+    TypeItem(1, "1");
+    EXPECT_EQ(ChargeRates(), (std::vector<std::string>{"12", "9", "14", "16", "9", "9"}));
+    EXPECT_EQ(doc->db.queries.back(), "Select * from StkMaster where qmcd=1");
+
+    Charges({"LABOUR", "labour", "DAMI", "DHARMADA", "MARKET_FEE", "FREIGHT"});
+    SelectSeries("Purchase", "", "Outside");
+    TypeItem(1, "1");
+    EXPECT_EQ(ChargeRates(), (std::vector<std::string>{"13", "13", "15", "9", "1.5", "9"}));
+    EXPECT_EQ(doc->db.queries.back(), "Select * From StkMaster Where QMCD=1");
+}
+
+TEST_F(EntryTest, RatesAreLoadedOnceUntilANewDocumentAndNeverForASavedOne) {
+    Charges({"LABOUR"});
+    SelectSeries("Sale", "*JForm*");
+    TypeItem(1, "");
+    TypeItem(1, "1");
+    EXPECT_EQ(ChargeRates()[0], "9") << "a first line left without an item settles the rates";
+
+    doc->Raise([](DocumentEvents& e) { e.NewDocumentEnd(); });
+    TypeItem(1, "1");
+    EXPECT_EQ(ChargeRates()[0], "11") << "a new document loads them again";
+
+    Charges({"LABOUR"});
+    doc->documentId = 7;
+    doc->Raise([](DocumentEvents& e) { e.EditDocumentEnd(); });
+    TypeItem(1, "1");
+    EXPECT_EQ(ChargeRates()[0], "9") << "a saved document keeps the rates it was saved with";
+}
+
+TEST_F(EntryTest, ItemWithoutAccountsForTheSeriesOpensTheirSetUp) {
+    doc->seriesInfo.SetValue("SeriesID", 5);
+    Db().ExecuteSql("INSERT INTO VATCATEGORYTAXRATES (SERIESID, VATCTGNO) VALUES (6, 1)");
+    auto rows = Db().OpenRecordset("SELECT * FROM STKMASTER WHERE QMCD=1");
+    PropertyBag wheat;
+    for (int i = 0; i < rows->FieldCount(); ++i) wheat.SetValue(rows->FieldName(i), rows->Field(i));
+
+    std::vector<std::string> opened;
+    auto chooseItem = [&](bool flag, int codeSale, int voucherFactor,
+                          const std::string& properties) {
+        doc->seriesInfo.SetValue("DocCodeSale", codeSale);
+        doc->seriesInfo.SetValue("DocVoucherFactor", voucherFactor);
+        doc->seriesInfo.SetValue("DocProperties", properties);
+        if (!frontend.ModalPending())
+            frontend.QueueModal([&](ui::Screen& screen) {
+                opened.push_back(screen.Name() + " " + screen.Get<ui::Label>("lblItem").Text());
+            });
+        doc->Raise([&](DocumentEvents& e) { e.FillStkInfo(1, flag, wheat); });
+        return opened.size();
+    };
+    EXPECT_EQ(chooseItem(false, 0, 1, "*JForm**AutoPostingKivra*"), 1u);
+    EXPECT_EQ(opened[0], "frmDocAutoPostingItem WHEAT");
+    EXPECT_EQ(doc->db.queries.front(),
+              "SELECT FIRST 1 * FROM VATCATEGORYTAXRATES WHERE SERIESID=5 AND VATCTGNO=1");
+    EXPECT_EQ(chooseItem(true, 0, 1, "*AutoPostingKivra*"), 1u);
+    EXPECT_EQ(chooseItem(false, 1, 1, "*AutoPostingKivra*"), 1u);
+    EXPECT_EQ(chooseItem(false, 0, 0, "*AutoPostingKivra*"), 1u);
+    EXPECT_EQ(chooseItem(false, 0, -1, "*autopostingkivra*"), 1u);
+    EXPECT_EQ(chooseItem(false, 0, -1, "*AutoPostingKivra*"), 2u);
+
+    Db().ExecuteSql("INSERT INTO VATCATEGORYTAXRATES (SERIESID, VATCTGNO) VALUES (5, 1)");
+    EXPECT_EQ(chooseItem(false, 0, 1, "*AutoPostingKivra*"), 2u);
+}
+
+TEST_F(EntryTest, BagsOfALineAgreeWithItsQuantity) {
+    SelectSeries("Sale", "*JForm*");
+    const std::map<std::string, std::string> bagOf50 = {{"COL_QTY_PER_BOX", "50"}};
+    Line(1, bagOf50);
+    EXPECT_EQ(Recalc(1, {{"COL_QUANTITY", "10.50"}}, "REV_BAGS2"), "21.00");
+    EXPECT_EQ(doc->Get(1, "ADD_LESS_KGS"), "") << "21 bags of 50 kg weigh 10.50 quintals";
+    EXPECT_EQ(doc->Get(1, "COL_TOTAL_WT"), "10.50");
+
+    Line(2, bagOf50);
+    EXPECT_EQ(Recalc(2, {{"COL_QUANTITY", "10.40"}, {"REV_BAGS2", "21"}}, "ADD_LESS_KGS"), "10");
+    EXPECT_EQ(doc->Get(2, "COL_TOTAL_WT"), "10.50");
+    EXPECT_EQ(doc->Get(2, "REV_BAGS"), "21.00");
+
+    Line(3, bagOf50);
+    EXPECT_EQ(Recalc(3, {{"COL_QUANTITY", "10"}, {"REV_BAGS2", "22"}, {"ADD_LESS_KGS", "-5"}},
+                     "ADD_LESS_KGS"),
+              "-5")
+        << "100 kg is a whole bag or more";
+    EXPECT_EQ(doc->Get(3, "COL_TOTAL_WT"), "9.95");
+    EXPECT_EQ(Recalc(3, {{"REV_BAGS2", "21"}}, "ADD_LESS_KGS"), "-5") << "50 kg is a whole bag";
+
+    Line(4, bagOf50);
+    EXPECT_EQ(Recalc(4, {{"COL_QUANTITY", "10.30"}, {"REV_BAGS2", "20.6"}}, "COL_NO_OF_BOXES"),
+              "20");
+    EXPECT_EQ(doc->Get(4, "COL_PCS"), "30");
+    EXPECT_EQ(doc->Get(4, "ADD_LESS_KGS"), "") << "fractional revised bags leave add/less alone";
+
+    EXPECT_EQ(Recalc(4, {{"COL_QTY_PER_BOX", "0"}}, "REV_BAGS"), "") << "no bag weight";
+}
+
+TEST_F(EntryTest, IFormLineIsValuedOnItsWeight) {
+    const std::map<std::string, std::string> line = {
+        {"COL_QUANTITY", "10"}, {"COL_QTY_PER_BOX", "50"}, {"ADD_LESS_KGS", "20"}, {"COL_RATE", "2000"}};
+    SelectSeries("Sale", "*IForm*");
+    EXPECT_EQ(Recalc(1, line, "COL_AMOUNT"), "20,400.00");
+    EXPECT_EQ(doc->Get(1, "COL_TOTAL_WT"), "10.20");
+
+    SelectSeries("Sale", "*JForm*");
+    EXPECT_EQ(Recalc(1, line, "COL_AMOUNT"), "20,000.00") << "the engine's own value stays";
+}
+
+TEST_F(EntryTest, RevisedBagsTypedMustFitTheQuantity) {
+    SelectSeries("Sale", "*JForm*");
+    Line(1, {{"COL_QUANTITY", "26.10"}, {"COL_QTY_PER_BOX", "50"}});
+    auto& grid = doc->Grid();
+    const int revBags2 = doc->Col("REV_BAGS2");
+    grid.SetCurrent(1, revBags2);
+    grid.Type("52.5");
+    EXPECT_TRUE(grid.MoveNext());
+    grid.SetCurrent(1, revBags2);
+    grid.Type("54");
+    EXPECT_FALSE(grid.MoveNext());
+    EXPECT_EQ(grid.Col(), revBags2);
+    ASSERT_EQ(frontend.Transcript().size(), 1u);
+    EXPECT_EQ(frontend.Transcript()[0].prompt, "Bags must be either 52 or 53");
+    EXPECT_EQ(frontend.Transcript()[0].style, "W");
+
+    grid.SetCurrent(1, doc->Col("REV_BAGS"));
+    grid.Type("54");
+    EXPECT_TRUE(grid.MoveNext()) << "only the second revised bags are checked";
+}
+
+} // namespace

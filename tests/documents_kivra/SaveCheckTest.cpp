@@ -1,0 +1,129 @@
+// Before a mandi form is saved: doubtful bag figures are asked about, and the form book and
+// form number must be given and must not be used by another form of the series and market.
+#include "KivraDocFixture.h"
+
+using namespace qx;
+
+namespace {
+
+class SaveCheckTest : public test::KivraDocFixture {
+protected:
+    // A J-Form of market 1, with its form book and form number boxes.
+    void OpenJForm(std::vector<std::pair<int, std::string>> options = {},
+                   const std::vector<std::string>& boxes = {"FORM_BOOK_NO", "FORM_NO"}) {
+        Open(std::move(options));
+        doc->mainFields.SetValue("MarketID", "1");
+        SelectSeries("Sale", "*JForm*");
+        doc->BuildInputBoxes(boxes);
+        // Form 12 of book 1 is taken on market 1.
+        Db().ExecuteSql(
+            "INSERT INTO DOCMAIN (DOCUMENTID, DOCSERIES, DOCDATE, FORMBOOKNO, FORMNO, MARKETID) "
+            "VALUES (1, 'JF', '2017-05-10', 1, 12, 1)");
+    }
+    void Form(const std::string& book, const std::string& form) {
+        doc->Box("FORM_BOOK_NO").SetText(book);
+        doc->Box("FORM_NO").SetText(form);
+    }
+    void DuplicateFound() {
+        EXPECT_FALSE(Save());
+        EXPECT_EQ(Messages(), std::vector<std::string>{"This form no. already exists"});
+        EXPECT_EQ(doc->Screen().Focused(), &doc->Box("FORM_NO"));
+        frontend.ClearTranscript();
+    }
+};
+
+TEST_F(SaveCheckTest, FractionalBagsAreAskedLineByLineAndFormsAreCheckedAfterANo) {
+    OpenJForm();
+    Form("3", "99");
+    Line(1, {{"REV_BAGS", "20.5"}});
+    Line(2, {{"REV_BAGS", "20.50"}});
+    Line(3, {{"REV_BAGS", "20"}});
+    frontend.QueueAnswer(kAnswerYes);
+    frontend.QueueAnswer(kAnswerYes);
+    EXPECT_TRUE(Save());
+    EXPECT_EQ(Messages().size(), 2u);
+
+    frontend.ClearTranscript();
+    Form("3", "");
+    frontend.QueueAnswer(kAnswerNo);
+    EXPECT_FALSE(Save());
+    EXPECT_EQ(Messages(), (std::vector<std::string>{
+                              "Fractional bags sale / purchase found. Do you want to continue?",
+                              "Form no. not specified."}));
+    EXPECT_EQ(frontend.Transcript()[0].style, "Q");
+    EXPECT_EQ(frontend.Transcript()[1].style, "W");
+}
+
+TEST_F(SaveCheckTest, KilogramsOfAWholeBagOrMoreAreAskedDeductionsNever) {
+    OpenJForm();
+    Form("3", "99");
+    Line(1, {{"ADD_LESS_KGS", "-60"}, {"COL_QTY_PER_BOX", "50"}});
+    Line(2, {{"ADD_LESS_KGS", "50"}, {"COL_QTY_PER_BOX", "50"}});
+    frontend.QueueAnswer(kAnswerNo);
+    EXPECT_FALSE(Save());
+    EXPECT_EQ(Messages(),
+              std::vector<std::string>{
+                  "Kgs more than Kg./Bag found at row no: 2. Do you want to continue?"});
+}
+
+TEST_F(SaveCheckTest, ScreenWithoutLooseOrAddLessColumnsChecksNoBags) {
+    Open();
+    SelectSeries("Sale", "*JForm*", "",
+                 {{"COL_STK_CODE", ""}, {"COL_QUANTITY", ""}, {"REV_BAGS", ""}});
+    Line(1, {{"REV_BAGS", "20.5"}});
+    EXPECT_TRUE(Save()) << "no question: none is scripted";
+}
+
+TEST_F(SaveCheckTest, FormNumberIsUniqueWithinBookSeriesAndMarket) {
+    OpenJForm({{676, "Yes"}});
+    Form("1", "0012");
+    DuplicateFound();
+    EXPECT_EQ(doc->db.queries.back(), "DOCMAIN.DOCUMENTID WHERE DocumentID<>0 and FormBookNo=1 and "
+                                      "FormNo=12 and DocSeries='JF' and MarketID=1");
+
+    doc->documentId = 1;
+    EXPECT_TRUE(Save()) << "the form itself, being edited";
+    doc->documentId = 0;
+
+    Form("2", "12");
+    EXPECT_TRUE(Save()) << "another book";
+    Form("1", "12");
+    doc->seriesCode = "IF";
+    EXPECT_TRUE(Save()) << "another series";
+    doc->seriesCode = "JF";
+    doc->mainFields.SetValue("MarketID", "2");
+    doc->SeriesSelected();
+    EXPECT_TRUE(Save()) << "another market";
+    EXPECT_TRUE(Messages().empty());
+}
+
+TEST_F(SaveCheckTest, WithOneMarketAndNoBookTheFormNumberIsUniqueInTheSeries) {
+    OpenJForm({}, {"FORM_NO"});
+    doc->mainFields.SetValue("MarketID", "2");
+    doc->SeriesSelected();
+    doc->Box("FORM_NO").SetText("12");
+    DuplicateFound();
+    EXPECT_EQ(doc->db.queries.back(),
+              "DOCMAIN.DOCUMENTID WHERE DocumentID<>0 and FormNo=12 and DocSeries='JF'");
+}
+
+TEST_F(SaveCheckTest, MissingBookNumberStopsBeforeTheFormNumber) {
+    OpenJForm();
+    Form("", "");
+    EXPECT_FALSE(Save());
+    EXPECT_EQ(Messages(), std::vector<std::string>{"Book no. not specified."});
+    EXPECT_EQ(doc->Screen().Focused(), &doc->Box("FORM_BOOK_NO"));
+
+    Form("1", "");
+    EXPECT_FALSE(Save());
+    EXPECT_EQ(Messages().back(), "Form no. not specified.");
+    EXPECT_EQ(doc->Screen().Focused(), &doc->Box("FORM_NO"));
+
+    // A hidden box cannot take the focus; the save is refused all the same.
+    doc->Box("FORM_BOOK_NO").SetText("");
+    doc->Box("FORM_BOOK_NO").SetVisible(false);
+    EXPECT_FALSE(Save());
+    EXPECT_EQ(doc->Screen().Focused(), &doc->Box("FORM_NO"));
+}
+
+} // namespace
