@@ -77,6 +77,7 @@ public:
         row_->addWidget(caption_);
     }
     QWidget* Widget() const override { return box_; }
+    QLabel* CaptionLabel() const override { return caption_; }
 
 protected:
     void RefreshCaption() {

@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 
+class QLabel;
 class QWidget;
 
 namespace qx::desk {
@@ -35,6 +36,8 @@ public:
     virtual bool DefaultKey(const ui::KeyPress& /*key*/) { return false; }
     // Hands text still open in an editor to the model, before a key or a click acts on it.
     virtual void CommitTyping() {}
+    // The label that shows the control's caption beside it, if it has one.
+    virtual QLabel* CaptionLabel() const { return nullptr; }
 
 protected:
     virtual void RefreshContent() = 0;

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QTimer>
@@ -38,6 +39,7 @@ ScreenWidget::ScreenWidget(ui::Screen& screen, QWidget* parent)
     setWindowTitle(ToQString(screen.Caption()));
     Build();
     for (const auto& view : views_) view->Refresh();
+    AlignCaptions();
     screen_.SetView(this);
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget*, QWidget* now) { FocusMoved(now); });
@@ -59,6 +61,8 @@ void ScreenWidget::Build() {
         auto* rows = new QVBoxLayout(frame);
         if (group.caption.empty()) rows->setContentsMargins(0, 0, 0, 0);
         bool groupExpands = false;
+        // Captions of the controls that stand alone on their rows line up in one column.
+        std::vector<QLabel*> alignedCaptions;
         for (const auto& row : group.rows) {
             auto* line = new QHBoxLayout;
             bool rowExpands = false;
@@ -66,11 +70,14 @@ void ScreenWidget::Build() {
                 ControlView& view = AddView(*control, frame);
                 line->addWidget(view.Widget(), view.Expands() ? 1 : 0);
                 rowExpands = rowExpands || view.Expands();
+                if (row.controls.size() == 1 && view.CaptionLabel())
+                    alignedCaptions.push_back(view.CaptionLabel());
             }
             if (!rowExpands) line->addStretch();
             rows->addLayout(line, rowExpands ? 1 : 0);
             groupExpands = groupExpands || rowExpands;
         }
+        captionColumns_.push_back(std::move(alignedCaptions));
         if (!band || !group.sideBySide) {
             band = new QHBoxLayout;
             screenLayout->addLayout(band);
@@ -81,6 +88,14 @@ void ScreenWidget::Build() {
     }
     // Without a grid to take the room, the controls stay at the top of the window.
     if (!anyExpands) screenLayout->addStretch();
+}
+
+void ScreenWidget::AlignCaptions() {
+    for (const auto& column : captionColumns_) {
+        int width = 0;
+        for (QLabel* caption : column) width = std::max(width, caption->sizeHint().width());
+        for (QLabel* caption : column) caption->setMinimumWidth(width);
+    }
 }
 
 ControlView& ScreenWidget::AddView(ui::Control& control, QWidget* parent) {

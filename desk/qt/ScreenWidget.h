@@ -15,6 +15,7 @@
 #include <vector>
 
 class QKeyEvent;
+class QLabel;
 
 namespace qx::desk {
 
@@ -57,6 +58,8 @@ protected:
 
 private:
     void Build();
+    // Gives the captions of each group's one-control rows one width (after their texts are set).
+    void AlignCaptions();
     ControlView& AddView(ui::Control& control, QWidget* parent);
     ControlView* ViewOf(const ui::Control& control) const;
     ControlView* ViewHolding(const QWidget* widget) const;
@@ -66,6 +69,7 @@ private:
 
     ui::Screen& screen_;
     std::vector<std::unique_ptr<ControlView>> views_;
+    std::vector<std::vector<QLabel*>> captionColumns_;
     // Set while focus is moved to follow the model, so that the move is not sent back to it.
     bool followingModel_ = false;
     int acting_ = 0;
