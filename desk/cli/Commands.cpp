@@ -5,6 +5,7 @@
 #include "desk/core/DeskApp.h"
 #include "desk/core/ReportText.h"
 #include "desk/core/Scripted.h"
+#include "desk/documents/HostDocuments.h"
 #include "desk/masters/HostMasters.h"
 
 #include <nlohmann/json.hpp>
@@ -114,6 +115,7 @@ int Demo(const std::vector<std::string>& args, std::ostream& out) {
         desk::ScriptedFrontend frontend;
         desk::DeskApp app(frontend);
         desk::RegisterHostMasters(app);
+        desk::RegisterHostDocuments(app);
         app.LoadModules(desk::DefaultModulesFolder());
         app.OpenCompany(path);
         RunScreenScript(app, frontend, demo.at("steps"));

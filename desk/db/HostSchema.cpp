@@ -11,6 +11,8 @@ namespace {
 struct ColumnSpec {
     std::string_view name;
     std::string_view type;
+    // What a row written without the column holds; empty: 0 or '' by the type.
+    std::string_view defaultValue = {};
 };
 
 struct TableSpec {
@@ -97,8 +99,53 @@ const std::vector<TableSpec> kTables = {
       {"DOCTAXRATE", kRate},
       {"DOCVATBILL", kFlag},
       {"DOCCODESALE", kCode},
-      {"DOCVOUCHERFACTOR", kNumber}},
+      // +1 the party is debited, -1 credited, 0 the series posts no voucher of its own
+      {"DOCVOUCHERFACTOR", kNumber},
+      // the voucher's narration; a module may replace "##" in it
+      {"NARRATION", "VARCHAR(250)"},
+      {"NEXTNUMBER", kNumber, "1"},
+      {"TRNTYPE", "VARCHAR(10)"},
+      {"BOOK", "VARCHAR(10)"}},
      {"SERIESID"}},
+    // A series' item grid, column by column after the host's serial column. COLKEY is one of
+    // the host's standard keys (PRODUCT_ID, QUANTITY, ...) or the series' own; an own column is
+    // numeric when it has a FORMAT and is saved into the DOCDATA column FIELD when one is named.
+    {"DOCCOLUMNS",
+     {{"SERIESID", kCode},
+      {"POSITION", kNumber},
+      {"COLKEY", "VARCHAR(30)"},
+      {"CAPTION", "VARCHAR(40)"},
+      {"WIDTH", kNumber, "1000"},
+      {"FORMAT", "VARCHAR(10)"},
+      {"EDITABLE", kFlag, "1"},
+      {"FIELD", "VARCHAR(30)"}},
+     {"SERIESID", "POSITION"}},
+    // A series' own header boxes, saved into the DOCMAIN column FIELD. LOOKUP names a module's
+    // operation that chooses the box's record, LOOKUPTEXT the one that names a saved choice.
+    {"DOCBOXES",
+     {{"SERIESID", kCode},
+      {"POSITION", kNumber},
+      {"BOXNAME", "VARCHAR(30)"},
+      {"CAPTION", "VARCHAR(40)"},
+      {"FIELD", "VARCHAR(30)"},
+      {"NUMERIC", kFlag},
+      {"VISIBLE", kFlag, "1"},
+      {"LOOKUP", "VARCHAR(40)"},
+      {"LOOKUPTEXT", "VARCHAR(40)"}},
+     {"SERIESID", "POSITION"}},
+    // A series' charges: BASIS 'B' per bag, 'P' percent of the gross amount, 'F' fixed; SIGN +1
+    // adds to the document, -1 deducts; posted to HEADCODE; the amount kept in DOCMAIN.FIELD.
+    {"DOCCHARGES",
+     {{"SERIESID", kCode},
+      {"POSITION", kNumber},
+      {"CHARGEKEY", "VARCHAR(30)"},
+      {"CAPTION", "VARCHAR(40)"},
+      {"RATE", kMoney},
+      {"BASIS", "VARCHAR(1)", "'F'"},
+      {"SIGN", kNumber, "1"},
+      {"HEADCODE", kCode},
+      {"FIELD", "VARCHAR(30)"}},
+     {"SERIESID", "POSITION"}},
     // Document headers
     {"DOCMAIN",
      {{"DOCUMENTID", kCode},
@@ -114,8 +161,21 @@ const std::vector<TableSpec> kTables = {
       {"ROUNDOFFAMT", kMoney},
       {"JFORMNOPORTAL", "VARCHAR(20)"},
       {"CANCELLED", kFlag},
-      {"NARRATION", "VARCHAR(250)"}},
+      {"NARRATION", "VARCHAR(250)"},
+      {"SALETYPE", kNumber, "1"},
+      // the document's own voucher (FADATA, FADOCS); 0 when it posts none
+      {"VOUCHERID", kCode}},
      {"DOCUMENTID"}},
+    // The charges of a saved document as they were applied, so that an edited document keeps
+    // its rates.
+    {"DOCCHARGEDATA",
+     {{"DOCUMENTID", kCode},
+      {"POSITION", kNumber},
+      {"CHARGEKEY", "VARCHAR(30)"},
+      {"RATE", kMoney},
+      {"AMOUNT", kMoney},
+      {"HEADCODE", kCode}},
+     {"DOCUMENTID", "POSITION"}},
     // Document lines; REFNO numbers the lines of a document
     {"DOCDATA",
      {{"DOCUMENTID", kCode},
@@ -132,7 +192,10 @@ const std::vector<TableSpec> kTables = {
       {"BATCHNO", "VARCHAR(30)"},
       {"STOCKFACTOR", kNumber},
       {"JFACTOR", kNumber},
-      {"OH_OTHERS", kMoney}},
+      {"OH_OTHERS", kMoney},
+      {"PCS", kQuantity},
+      {"TOTALWT", kQuantity},
+      {"SALEAMOUNT", kMoney}},
      {"DOCUMENTID", "REFNO"}},
     // Ledger rows: DAMT positive for debit, negative for credit; DSRNO numbers the rows of a
     // voucher
@@ -191,6 +254,7 @@ struct IndexSpec {
 // by product, ledger rows by transaction type and date and by account and date, names.
 const std::vector<IndexSpec> kIndexes = {
     {"DOCMAIN", {"DOCDATE", "DOCSERIES"}},
+    {"DOCMAIN", {"DOCSERIESID", "DOCNUMBER"}},
     {"DOCDATA", {"DOCUMENTID"}},
     {"DOCDATA", {"PRODUCTID"}},
     {"FADATA", {"DTRNTYPE", "DVCHDATE"}},
@@ -219,6 +283,8 @@ std::string ColumnDefinition(const TableSpec& table, const ColumnSpec& column) {
     std::string definition = std::string(column.name) + " " + std::string(column.type);
     if (IsKey(table, column.name))
         return definition + " NOT NULL";
+    if (!column.defaultValue.empty())
+        return definition + " DEFAULT " + std::string(column.defaultValue);
     switch (ClassifySqlType(column.type)) {
     case SqlTypeKind::Integer:
     case SqlTypeKind::Decimal:

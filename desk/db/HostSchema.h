@@ -20,6 +20,8 @@ struct SchemaVersion {
 inline constexpr std::array kSchemaHistory = {
     SchemaVersion{1, "first schema: masters, series, documents, ledger, settings, indexes"},
     SchemaVersion{2, "account groups FAGROUPS, filled with the chart's standard groups"},
+    SchemaVersion{3, "series set-up DOCCOLUMNS, DOCBOXES, DOCCHARGES, numbering and voucher of "
+                     "DOCCONFIG; applied charges DOCCHARGEDATA; sale type and voucher of DOCMAIN"},
 };
 inline constexpr int kHostSchemaVersion = kSchemaHistory.back().version;
 

@@ -4,6 +4,7 @@
 #include "QtFrontend.h"
 
 #include "desk/core/DeskApp.h"
+#include "desk/documents/HostDocuments.h"
 #include "desk/masters/HostMasters.h"
 
 #include <QApplication>
@@ -14,6 +15,7 @@ int main(int argc, char* argv[]) {
     qx::desk::QtFrontend frontend;
     qx::desk::DeskApp app(frontend);
     qx::desk::RegisterHostMasters(app);
+    qx::desk::RegisterHostDocuments(app);
     app.Guard([&] { app.LoadModules(qx::desk::DefaultModulesFolder()); });
     frontend.Window().showMaximized();
     const QStringList arguments = QApplication::arguments();

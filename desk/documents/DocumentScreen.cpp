@@ -1,0 +1,969 @@
+#include "DocumentScreen.h"
+
+#include "desk/masters/TableMaster.h"
+#include "host/HostSelectDialog.h"
+#include "host/Text.h"
+
+#include <array>
+#include <ctime>
+#include <span>
+#include <stdexcept>
+#include <utility>
+
+namespace qx::desk {
+namespace {
+
+// Names the user types into a box or cell, and the master they name a record of.
+struct NameLookup {
+    const char* table;
+    const char* codeField;
+    const char* nameField;
+    const char* noun;
+};
+constexpr NameLookup kItems{"STKMASTER", "QMCD", "QMHD", "item"};
+constexpr NameLookup kAccounts{"FAMASTER", "MCD", "MHD", "account"};
+
+struct Named {
+    std::int32_t code = 0;
+    std::string name;
+};
+
+// Masters keep names in upper case, so a name is found whatever case it is typed in.
+std::optional<Named> FindByName(CompanyDb& db, const NameLookup& lookup, std::string_view text) {
+    auto rows = db.OpenRecordset(std::string("SELECT ") + lookup.codeField + ", " +
+                                 lookup.nameField + " FROM " + lookup.table + " WHERE UPPER(" +
+                                 lookup.nameField + ")=" + SqlQuote(UpperCase(text)));
+    if (rows->EndOfRows())
+        return std::nullopt;
+    return Named{rows->Field(0).AsInt(), rows->Field(1).AsText()};
+}
+
+std::optional<Named> ChooseByName(DeskApp& app, const NameLookup& lookup,
+                                  const std::string& caption) {
+    auto list = app.CreateSelectDialog();
+    list->SetCaption(caption);
+    list->FillFromQuery(app.DeskSession().Database(),
+                        std::string("SELECT ") + lookup.codeField + ", " + lookup.nameField +
+                            " FROM " + lookup.table + " ORDER BY " + lookup.nameField,
+                        lookup.nameField, lookup.codeField);
+    if (!list->Show())
+        return std::nullopt;
+    return Named{static_cast<std::int32_t>(list->SelectedValue()), list->SelectedText()};
+}
+
+std::string NameOf(CompanyDb& db, const NameLookup& lookup, std::int64_t code) {
+    if (code == 0)
+        return {};
+    return db
+        .LookupValue(lookup.table, lookup.nameField,
+                     std::string(lookup.codeField) + "=" + std::to_string(code))
+        .AsText();
+}
+
+// A figure as a cell shows it: nothing for 0, so that an untouched cell and a zero look alike.
+std::string CellText(Amount value, std::string_view format) {
+    return value.IsZero() ? std::string() : FormatAmount(value, format);
+}
+
+std::string CodeText(std::int64_t code) {
+    return code == 0 ? std::string() : std::to_string(code);
+}
+
+std::string BasisText(ChargeBasis basis) {
+    switch (basis) {
+    case ChargeBasis::PerBag:
+        return "Per Bag";
+    case ChargeBasis::Percent:
+        return "%";
+    case ChargeBasis::Fixed:
+        break;
+    }
+    return "Fixed";
+}
+
+Date Today() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    return Date::FromYmd(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
+}
+
+// The firm setting "DocExtensions": names separated by commas, semicolons or blanks.
+std::vector<std::string> ExtensionNames(std::string_view setting) {
+    std::vector<std::string> names;
+    std::string name;
+    for (char c : std::string(setting) + ",") {
+        if (c == ',' || c == ';' || c == ' ') {
+            if (!name.empty())
+                names.push_back(std::move(name));
+            name.clear();
+        } else {
+            name += c;
+        }
+    }
+    return names;
+}
+
+// Leaving a control while the screen is reset is not the user's doing: no checks, no events.
+class Quietly {
+public:
+    explicit Quietly(bool& quiet) : quiet_(quiet), was_(quiet) { quiet_ = true; }
+    ~Quietly() { quiet_ = was_; }
+    Quietly(const Quietly&) = delete;
+    Quietly& operator=(const Quietly&) = delete;
+
+private:
+    bool& quiet_;
+    bool was_;
+};
+
+// Looks a module operation up among the loaded modules: the first that has it answers. A
+// module that does not have it says so with std::invalid_argument.
+template <class Answer>
+bool AskModules(DeskApp& app, const std::string& operation, std::span<Value> args, Answer answer) {
+    for (const LoadedModule& loaded : app.Modules()) {
+        Value result;
+        try {
+            result = loaded.module->Obj().Invoke(operation, args);
+        } catch (const std::invalid_argument&) {
+            continue;
+        }
+        answer(result);
+        return true;
+    }
+    return false;
+}
+
+// The charges grid: the columns extensions address (rate, key, head code) at their numbers, the
+// bookkeeping ones hidden; the user types rates only.
+void BuildChargeColumns(ui::Grid& charges) {
+    using Screen = DocumentScreen;
+    struct Shown {
+        int col;
+        const char* caption;
+        int width;
+    };
+    constexpr std::array kShown = {Shown{0, "", 300}, // + or -
+                                   Shown{Screen::kChargeCaptionCol, "Charge", 2000},
+                                   Shown{Screen::kChargeBasisCol, "Basis", 900},
+                                   Shown{Screen::kChargeRateCol, "Rate", 900},
+                                   Shown{Screen::kChargeAmountCol, "Amount", 1200}};
+    for (int col = 0; col <= Screen::kChargeHeadCol; ++col) {
+        charges.AddColumn("", 0);
+        charges.Column(col).editable = col == Screen::kChargeRateCol;
+    }
+    for (const Shown& shown : kShown) {
+        ui::GridColumn& column = charges.Column(shown.col);
+        column.caption = shown.caption;
+        column.width = shown.width;
+    }
+    for (int figure : {Screen::kChargeRateCol, Screen::kChargeAmountCol})
+        charges.Column(figure).align = Align::Right;
+    charges.SetColumnFormat(Screen::kChargeAmountCol, "c2");
+}
+
+} // namespace
+
+std::int32_t ChooseSeries(DeskApp& app, std::string_view docType) {
+    auto list = app.CreateSelectDialog();
+    list->SetCaption("Series");
+    auto rows = app.DeskSession().Database().OpenRecordset(
+        "SELECT SERIESID, SERIESNAME, SUBSERIESNAME, DOCTYPE FROM DOCCONFIG ORDER BY SERIESNAME, "
+        "SUBSERIESNAME");
+    for (; !rows->EndOfRows(); rows->MoveNext())
+        if (docType.empty() || EqualsNoCase(rows->Field(3).AsText(), docType))
+            list->AddItem(SeriesTitle(rows->Field(1).AsText(), rows->Field(2).AsText()),
+                          rows->Field(0).AsLong());
+    return list->Show() ? static_cast<std::int32_t>(list->SelectedValue()) : 0;
+}
+
+DocumentScreen::DocumentScreen(DeskApp& app)
+    : ui::Screen("Documents", "Documents"), app_(app), document_(app, *this),
+      date_(Add<ui::TextBox>("txpDocDate", "Date")), number_(Add<ui::TextBox>("txpDocNo", "No.")),
+      party_(Add<ui::TextBox>("txpCustomer", "Party")),
+      saleType_(Add<ui::TextBox>("TXPSALETYPE", "Sale Type")), boxPool_(MakeBoxPool()),
+      grid_(Add<ui::Grid>("Grid")), charges_(Add<ui::Grid>("GridTot2")),
+      gross_(Add<ui::TextBox>("txtGross", "Gross Amount")),
+      chargesTotal_(Add<ui::TextBox>("txtCharges", "Charges")),
+      roundOff_(Add<ui::TextBox>("txtRoundOff", "Round Off")),
+      grandTotal_(Add<ui::TextBox>("txtGrandTotal", "Grand Total")),
+      picGridInfo_(Add<ui::Label>("picGridInfo")), gridInfo_(Add<ui::Grid>("GridInfo")),
+      bar_(Add<ui::ButtonBar>("BtnBar1")) {
+    Icon = "Documents";
+    number_.NumericOnly = true;
+    saleType_.NumericOnly = true;
+    date_.OnValidate = [this](bool& cancel) { CheckDate(cancel); };
+    party_.OnValidate = [this](bool& cancel) { CheckParty(cancel); };
+    party_.OnLookup = [this] {
+        app_.Guard([&] {
+            if (auto chosen = ChooseByName(app_, kAccounts, "Party"))
+                PartyChosen(chosen->code, chosen->name);
+        });
+    };
+
+    grid_.Editable = true;
+    grid_.GrowsRows = true;
+    grid_.OnCellBeforeLostFocus = [this](int row, int col, const std::string& typed, bool& cancel) {
+        CheckCell(row, col, typed, cancel);
+    };
+    grid_.OnCellLostFocus = [this](int row, int col) { TakeCell(row, col); };
+
+    BuildChargeColumns(charges_);
+    charges_.Editable = true;
+    charges_.OnCellBeforeLostFocus = [this](int row, int col, const std::string& typed,
+                                            bool& cancel) {
+        rateTyped_.reset();
+        std::string text = Trim(typed);
+        if (quiet_ || col != kChargeRateCol)
+            return;
+        if (auto refusal = text.empty() ? std::string() : AcceptNumber(ColumnKind::Decimal, text);
+            !refusal.empty()) {
+            Warn(refusal);
+            cancel = true;
+        } else if (TextToAmount(text) != TextToAmount(charges_.TextMatrix(row, col))) {
+            rateTyped_ = CellText(TextToAmount(text), "");
+        }
+    };
+    charges_.OnCellLostFocus = [this](int row, int col) {
+        if (!rateTyped_)
+            return;
+        charges_.SetTextMatrix(row, col, *std::exchange(rateTyped_, std::nullopt));
+        app_.Guard([&] { ShowTotals(); });
+    };
+
+    for (ui::TextBox* total : {&gross_, &chargesTotal_, &roundOff_, &grandTotal_})
+        total->SetEnabled(false);
+    gridInfo_.SetEnabled(false);
+    SetShowGridinfo(false);
+
+    bar_.AddItem("Lookup,F2: Look-up,Choose from the list");
+    bar_.AddItem("Delete,F3: Delete,Delete the document");
+    bar_.AddItem("Series,F4: Series,Another series");
+    bar_.AddItem("New,F5: New,A new document");
+    bar_.AddItem("Browse,F6: Browse,The series' documents");
+    bar_.AddItem("Print,F9: Print,Print the document");
+    bar_.AddItem("Save,F10: Save,Save the document");
+    bar_.AddItem("Exit,Esc: Exit,Close");
+    bar_.OnClick = [this](const std::string& key) { OnCommand(key); };
+
+    BeginGroup();
+    AddRow({&date_, &number_, &party_, &saleType_});
+    if (!boxPool_.empty())
+        AddRow({boxPool_.begin(), boxPool_.end()});
+    AddRow({&grid_});
+    BeginGroup("Charges");
+    AddRow({&charges_});
+    BeginGroup("Totals", true);
+    for (ui::TextBox* total : {&gross_, &chargesTotal_, &roundOff_, &grandTotal_})
+        AddRow({total});
+    BeginGroup();
+    AddRow({&picGridInfo_});
+    AddRow({&gridInfo_});
+    AddRow({&bar_});
+}
+
+// The series' own boxes come right after the standard ones, so that Enter reaches them before
+// the grid. There are as many as the series with most boxes needs; a series uses the first
+// of them and hides the rest.
+std::vector<ui::TextBox*> DocumentScreen::MakeBoxPool() {
+    std::vector<ui::TextBox*> pool;
+    for (int i = 0, count = MostSeriesBoxes(Db()); i < count; ++i) {
+        auto& box = Add<ui::TextBox>("TXPUDI" + std::to_string(i));
+        const auto index = static_cast<std::size_t>(i);
+        box.OnChange = [this, index] { BoxChanged(index); };
+        box.OnValidate = [this, index](bool& cancel) { CheckLookupBox(index, cancel); };
+        pool.push_back(&box);
+    }
+    return pool;
+}
+
+void DocumentScreen::Load() {
+    seriesId_ = PresetSeries();
+    if (seriesId_ == 0)
+        seriesId_ = ChooseSeries(app_, Properties().GetValue("DocType").AsText());
+    if (seriesId_ == 0)
+        throw std::runtime_error("Choose a series to enter its documents.");
+    MakeExtensions();
+    try {
+        SeriesSelected();
+    } catch (...) {
+        TerminateExtensions(); // the screen is not shown, so it never unloads
+        throw;
+    }
+}
+
+void DocumentScreen::FirstActivate() {
+    app_.RegisterWindow(*this, Caption(), Icon);
+    FocusFirstBox();
+}
+
+void DocumentScreen::Unload() {
+    TerminateExtensions();
+}
+
+std::int32_t DocumentScreen::PresetSeries() {
+    if (auto id = Properties().GetValue("DocSeriesID").AsInt(); id != 0)
+        return id;
+    const std::string code = Trim(Properties().GetValue("DocSeriesCode").AsText());
+    if (code.empty())
+        return 0;
+    const std::string name = Properties().GetValue("DocSeriesName").AsText();
+    const std::int32_t id = FindSeries(Db(), code, name);
+    if (id == 0)
+        throw std::runtime_error("The series " + code + (name.empty() ? "" : " (" + name + ")") +
+                                 " is not set up in this company.");
+    return id;
+}
+
+// Every loaded module is asked for every extension the firm names; each one found extends
+// this screen's documents until the screen closes.
+void DocumentScreen::MakeExtensions() {
+    const auto setting = app_.DeskSession().FirmSettings().GetValue("DocExtensions").AsText();
+    for (const std::string& name : ExtensionNames(setting))
+        for (const LoadedModule& loaded : app_.Modules())
+            if (auto extension =
+                    std::dynamic_pointer_cast<IDocExtension>(loaded.module->GetForm(name))) {
+                extension->Init(document_);
+                extensions_.push_back(std::move(extension));
+            }
+}
+
+void DocumentScreen::TerminateExtensions() {
+    for (auto& extension : extensions_)
+        extension->Terminate();
+    extensions_.clear();
+}
+
+void DocumentScreen::SeriesSelected() {
+    Series series = LoadSeries(Db(), seriesId_);
+    if (series.boxes.size() > boxPool_.size())
+        throw std::runtime_error(
+            "The series " + series.Title() +
+            " has more boxes than this screen was opened with; open it again.");
+    AddSeriesFields(Db(), series);
+    document_.SetSeries(std::move(series));
+    SetCaption(CurrentSeries().Title());
+    document_.Raise([](DocumentEvents& l) { l.SelectSeries(); });
+    BuildItemGrid();
+    BuildBoxes();
+    document_.Raise([](DocumentEvents& l) { l.MakeInputControls(); });
+    NewDocument();
+}
+
+// Column 0 is the serial number, so that a column number 0 means "absent" to an extension;
+// then the series' columns; every line keeps its item's code (STK_CODE) and, with a party
+// column, its party's code, in hidden columns when the series does not show them.
+void DocumentScreen::BuildItemGrid() {
+    std::vector<SeriesColumn> columns = CurrentSeries().columns;
+    if (!CurrentSeries().Column(kItemCodeKey))
+        columns.push_back(HiddenItemCodeColumn());
+    if (CurrentSeries().Column(kPartyKey))
+        columns.push_back(HiddenPartyCodeColumn());
+
+    grid_.SetRedraw(false);
+    grid_.ClearColumns();
+    grid_.Clear();
+    gridColumns_.clear();
+    members_.clear();
+    partyCodeCol_ = 0;
+    auto add = [this](const SeriesColumn& column) {
+        const bool figure =
+            column.role == ColumnRole::Number || column.role == ColumnRole::ItemCode;
+        const int col =
+            grid_.AddColumn(column.caption, column.width, figure ? Align::Right : Align::Default,
+                            column.role == ColumnRole::Number ? column.format : "");
+        grid_.Column(col).editable = column.editable;
+        grid_.Column(col).key = column.key;
+        gridColumns_.push_back(column);
+        return col;
+    };
+    add({.key = {},
+         .caption = "S.No.",
+         .width = 500,
+         .format = {},
+         .editable = false,
+         .role = ColumnRole::Text,
+         .field = {}});
+    document_.Raise([](DocumentEvents& l) { l.MakeGridColumnsBegin(); });
+    for (const SeriesColumn& column : columns) {
+        const int col = add(column);
+        if (column.role == ColumnRole::PartyCode) {
+            partyCodeCol_ = col;
+            continue;
+        }
+        members_.try_emplace("COL_" + column.key, col);
+        document_.Raise([&](DocumentEvents& l) { l.MakeGridColumns(col, column.key); });
+    }
+    grid_.SetRows(2);
+    grid_.SetRedraw(true);
+    document_.Raise([](DocumentEvents& l) { l.MakeGridColumnsEnd(); });
+}
+
+void DocumentScreen::BuildBoxes() {
+    const auto& boxes = CurrentSeries().boxes;
+    boxChoices_.assign(boxes.size(), {});
+    for (std::size_t i = 0; i < boxPool_.size(); ++i) {
+        ui::TextBox& box = *boxPool_[i];
+        if (i >= boxes.size()) {
+            box.ExtVal().SetValue("Name", "");
+            box.OnLookup = nullptr;
+            box.SetVisible(false);
+            continue;
+        }
+        const SeriesBox& spec = boxes[i];
+        box.SetCaption(spec.caption);
+        box.ExtVal().SetValue("Name", spec.name);
+        box.NumericOnly = spec.numeric && spec.lookup.empty();
+        box.OnLookup = spec.lookup.empty() ? std::function<void()>()
+                                           : [this, i] { app_.Guard([&] { LookupBox(i); }); };
+        box.SetVisible(spec.visible);
+    }
+}
+
+// The series' charges with their configured rates, or, for a saved document, the rates and
+// heads it was saved with.
+void DocumentScreen::FillCharges(const std::vector<AppliedCharge>* applied) {
+    const auto& charges = CurrentSeries().charges;
+    charges_.SetRedraw(false);
+    charges_.Clear();
+    charges_.SetRows(static_cast<int>(charges.size()) + 1);
+    for (std::size_t i = 0; i < charges.size(); ++i) {
+        const SeriesCharge& charge = charges[i];
+        Amount rate = charge.rate;
+        std::int32_t head = charge.headCode;
+        if (applied)
+            for (const AppliedCharge& saved : *applied)
+                if (saved.key == charge.key) {
+                    rate = saved.rate;
+                    head = saved.headCode;
+                }
+        const int row = static_cast<int>(i) + 1;
+        charges_.SetTextMatrix(row, 0, charge.sign < 0 ? "-" : "+");
+        charges_.SetTextMatrix(row, kChargeCaptionCol, charge.caption);
+        charges_.SetTextMatrix(row, kChargeBasisCol, BasisText(charge.basis));
+        charges_.SetTextMatrix(row, kChargeRateCol, CellText(rate, ""));
+        charges_.SetTextMatrix(row, kChargeKeyCol, charge.key);
+        charges_.SetTextMatrix(row, kChargeHeadCol, CodeText(head));
+    }
+    charges_.SetRedraw(true);
+}
+
+void DocumentScreen::ClearContent() {
+    checked_.reset();
+    partyName_.clear();
+    party_.SetText("");
+    for (ui::TextBox* box : boxPool_)
+        box->SetText("");
+    boxChoices_.assign(CurrentSeries().boxes.size(), {});
+    grid_.SetRedraw(false);
+    grid_.Clear();
+    grid_.SetRows(2);
+    // The cursor waits in the first cell the user types into.
+    for (int col = 1; col < grid_.Cols(); ++col)
+        if (grid_.Column(col).editable && grid_.Column(col).width > 0) {
+            grid_.SetCurrent(1, col);
+            break;
+        }
+    grid_.SetRedraw(true);
+    document_.Reset();
+}
+
+void DocumentScreen::FocusFirstBox() {
+    const Quietly quiet(quiet_);
+    date_.SetFocus();
+}
+
+void DocumentScreen::NewDocument() {
+    ClearContent();
+    date_.SetText(lastDate_.value_or(Today()).ToDisplay());
+    number_.SetText(std::to_string(NextNumber(Db(), seriesId_)));
+    saleType_.SetText("1");
+    FillCharges(nullptr);
+    ShowTotals();
+    SetupMode();
+    FocusFirstBox();
+    document_.Raise([](DocumentEvents& l) { l.NewDocumentEnd(); });
+}
+
+void DocumentScreen::OpenDocument(std::int32_t documentId) {
+    const PropertyBag main = ReadMain(Db(), documentId);
+    if (const auto seriesId = main.GetValue("DOCSERIESID").AsInt(); seriesId != seriesId_) {
+        seriesId_ = seriesId;
+        SeriesSelected();
+    }
+    ClearContent();
+    document_.SetIdentity(documentId, false);
+    document_.Raise([](DocumentEvents& l) { l.EditDocumentBegin(); });
+    ShowSavedHeader(main);
+    document_.Raise([&](DocumentEvents& l) { l.EditMain(main); });
+
+    const std::vector<PropertyBag> lines = ReadLines(Db(), documentId);
+    grid_.SetRedraw(false);
+    grid_.SetRows(static_cast<int>(lines.size()) + 2);
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        ShowSavedLine(static_cast<int>(i) + 1, lines[i]);
+        document_.Raise([&](DocumentEvents& l) { l.EditItem(lines[i]); });
+    }
+    grid_.SetRedraw(true);
+    const std::vector<AppliedCharge> charges = ReadCharges(Db(), documentId);
+    FillCharges(&charges);
+    ShowTotals();
+    SetupMode();
+    FocusFirstBox();
+    document_.Raise([](DocumentEvents& l) { l.EditDocumentEnd(); });
+}
+
+void DocumentScreen::ShowSavedHeader(const PropertyBag& main) {
+    date_.SetText(main.GetValue("DOCDATE").AsDate().ToDisplay());
+    number_.SetText(main.GetValue("DOCNUMBER").AsText());
+    saleType_.SetText(main.GetValue("SALETYPE").AsText());
+    const std::int32_t partyCode = main.GetValue("PARTYCODE").AsInt();
+    partyName_ = NameOf(Db(), kAccounts, partyCode);
+    party_.SetText(partyName_);
+    document_.SetParty(partyCode);
+    const auto& boxes = CurrentSeries().boxes;
+    for (std::size_t i = 0; i < boxes.size(); ++i) {
+        const SeriesBox& box = boxes[i];
+        const Value saved = box.field.empty() ? Value() : main.GetValue(box.field);
+        if (box.lookup.empty()) {
+            boxPool_[i]->SetText(box.numeric ? CellText(saved.AsAmount(), "") : saved.AsText());
+            continue;
+        }
+        if (!box.field.empty())
+            document_.MainFields().SetValue(box.field, saved);
+        // The module that chose the record names it; failing one, the box shows its id.
+        std::string text = saved.AsText();
+        std::array<Value, 1> args{saved};
+        if (!box.lookupText.empty() && saved.AsLong() != 0)
+            AskModules(app_, box.lookupText, args,
+                       [&](const Value& name) { text = name.AsText(); });
+        boxChoices_[i] = text;
+        boxPool_[i]->SetText(text);
+    }
+}
+
+void DocumentScreen::ShowSavedLine(int row, const PropertyBag& line) {
+    NumberRow(row);
+    for (int col = 1; col < grid_.Cols(); ++col) {
+        const SeriesColumn& column = ColumnAt(col);
+        const Value saved = column.field.empty() ? Value() : line.GetValue(column.field);
+        std::string text;
+        switch (column.role) {
+        case ColumnRole::Item:
+            text = NameOf(Db(), kItems, saved.AsLong());
+            break;
+        case ColumnRole::Party:
+            text = NameOf(Db(), kAccounts, saved.AsLong());
+            break;
+        case ColumnRole::ItemCode:
+        case ColumnRole::PartyCode:
+            text = CodeText(saved.AsLong());
+            break;
+        case ColumnRole::Number:
+            text = CellText(saved.AsAmount(), column.format);
+            break;
+        case ColumnRole::Text:
+            text = saved.AsText();
+            break;
+        }
+        grid_.SetTextMatrix(row, col, text);
+    }
+}
+
+void DocumentScreen::SetShowGridinfo(bool show) {
+    showGridInfo_ = show;
+    picGridInfo_.SetVisible(show);
+    gridInfo_.SetVisible(show);
+}
+
+std::vector<ui::TextBox*> DocumentScreen::TXPUDI() {
+    return {boxPool_.begin(),
+            boxPool_.begin() + static_cast<std::ptrdiff_t>(CurrentSeries().boxes.size())};
+}
+
+int DocumentScreen::Member(std::string_view name) const {
+    auto member = members_.find(name);
+    return member == members_.end() ? 0 : member->second;
+}
+
+void DocumentScreen::FillStkInfo(int row) {
+    const std::int32_t code = CodeIn(grid_, row, Member("COL_STK_CODE"));
+    auto item = Db().OpenRecordset("SELECT * FROM STKMASTER WHERE QMCD=" + std::to_string(code));
+    if (item->EndOfRows())
+        return;
+    const PropertyBag record = RecordOf(*item);
+    if (const int itemCol = Member("COL_PRODUCT_ID"))
+        grid_.SetTextMatrix(row, itemCol, record.GetValue("QMHD").AsText());
+    document_.Raise([&](DocumentEvents& l) { l.FillStkInfo(row, false, record); });
+}
+
+// The host's line calculation: amount = quantity x rate, shown as the amount column shows
+// figures. An extension may override it in the event that follows.
+void DocumentScreen::RecalcGridRow(int row) {
+    const int quantityCol = Member("COL_QUANTITY");
+    const int rateCol = Member("COL_RATE");
+    const int amountCol = Member("COL_AMOUNT");
+    if (quantityCol && rateCol && amountCol) {
+        const Amount amount = TextToAmount(grid_.TextMatrix(row, quantityCol)) *
+                              TextToAmount(grid_.TextMatrix(row, rateCol));
+        grid_.SetTextMatrix(row, amountCol, CellText(amount, grid_.ColumnFormat(amountCol)));
+    }
+    int raisedRow = row;
+    document_.Raise([&](DocumentEvents& l) { l.RecalcGridRow(raisedRow); });
+}
+
+void DocumentScreen::SetupMode() {
+    const bool saved = !document_.IsNewDocument();
+    bar_.SetItemEnabled("Delete", saved);
+    SetCaption(CurrentSeries().Title() + (saved ? " - No. " + number_.Text() : " - New"));
+}
+
+void DocumentScreen::RecalcGrid() {
+    for (int row = 1; row < grid_.Rows(); ++row)
+        if (document_.IsLine(row))
+            RecalcGridRow(row);
+    ShowTotals();
+}
+
+void DocumentScreen::CheckCell(int row, int col, const std::string& typed, bool& cancel) {
+    checked_.reset();
+    if (quiet_)
+        return;
+    CheckedCell cell{row, col, typed, 0, false};
+    std::string refusal;
+    const bool ran = app_.Guard([&] {
+        refusal = Accept(cell);
+        if (refusal.empty())
+            cancel = document_.RaiseCancellable([&](DocumentEvents& l, bool& refuse) {
+                l.GridCellBeforeLostFocus(row, col, typed, refuse);
+            });
+    });
+    if (!refusal.empty())
+        Warn(refusal);
+    if (!ran || !refusal.empty())
+        cancel = true;
+    if (!cancel)
+        checked_ = std::move(cell);
+}
+
+// Checks what was typed into a cell; the refusal to show, or empty with the cell's text (and
+// code) as it is to be kept.
+std::string DocumentScreen::Accept(CheckedCell& cell) {
+    const SeriesColumn& column = ColumnAt(cell.col);
+    std::string text = Trim(cell.text);
+    switch (column.role) {
+    case ColumnRole::Item:
+    case ColumnRole::Party: {
+        const bool item = column.role == ColumnRole::Item;
+        const NameLookup& lookup = item ? kItems : kAccounts;
+        if (!text.empty()) {
+            auto found = FindByName(Db(), lookup, text);
+            if (!found)
+                return "There is no " + std::string(lookup.noun) + " named " + text +
+                       ". Press F2 to choose one.";
+            cell.code = found->code;
+            text = found->name;
+        }
+        cell.changed =
+            cell.code != CodeIn(grid_, cell.row, item ? Member("COL_STK_CODE") : partyCodeCol_);
+        break;
+    }
+    case ColumnRole::ItemCode:
+    case ColumnRole::Number:
+        if (!text.empty()) {
+            if (auto refusal = AcceptNumber(ColumnKind::Decimal, text); !refusal.empty())
+                return refusal;
+            if (column.role == ColumnRole::ItemCode &&
+                NameOf(Db(), kItems, TextToAmount(text).WholePart()).empty())
+                return "There is no item with code " + text + ". Press F2 to choose one.";
+            text = CellText(TextToAmount(text),
+                            column.role == ColumnRole::Number ? column.format : "");
+        }
+        cell.changed = TextToAmount(text) != TextToAmount(grid_.TextMatrix(cell.row, cell.col));
+        break;
+    case ColumnRole::PartyCode:
+    case ColumnRole::Text:
+        cell.changed = text != grid_.TextMatrix(cell.row, cell.col);
+        break;
+    }
+    cell.text = std::move(text);
+    return {};
+}
+
+// The cell was left: the checked text goes in, a new item fills the line, a new figure
+// recalculates it, and the totals follow what changed.
+void DocumentScreen::TakeCell(int row, int col) {
+    if (quiet_)
+        return;
+    app_.Guard([&] {
+        bool changed = false;
+        if (checked_ && checked_->row == row && checked_->col == col) {
+            const CheckedCell cell = std::move(*checked_);
+            checked_.reset();
+            changed = cell.changed;
+            grid_.SetTextMatrix(row, col, cell.text);
+            if (changed) {
+                NumberRow(row);
+                switch (ColumnAt(col).role) {
+                case ColumnRole::Item:
+                    grid_.SetTextMatrix(row, Member("COL_STK_CODE"), CodeText(cell.code));
+                    FillStkInfo(row);
+                    break;
+                case ColumnRole::ItemCode:
+                    FillStkInfo(row);
+                    break;
+                case ColumnRole::Party:
+                    grid_.SetTextMatrix(row, partyCodeCol_, CodeText(cell.code));
+                    break;
+                case ColumnRole::Number:
+                    RecalcGridRow(row);
+                    break;
+                case ColumnRole::PartyCode:
+                case ColumnRole::Text:
+                    break;
+                }
+            }
+        }
+        document_.Raise([&](DocumentEvents& l) { l.GridCellLostFocus(row, col); });
+        if (changed)
+            ShowTotals();
+    });
+}
+
+const SeriesColumn& DocumentScreen::ColumnAt(int col) const {
+    static const SeriesColumn kUnknown;
+    return col >= 0 && static_cast<std::size_t>(col) < gridColumns_.size()
+               ? gridColumns_[static_cast<std::size_t>(col)]
+               : kUnknown;
+}
+
+std::int32_t DocumentScreen::CodeIn(const ui::Grid& grid, int row, int col) {
+    return col > 0 ? static_cast<std::int32_t>(TextToAmount(grid.TextMatrix(row, col)).WholePart())
+                   : 0;
+}
+
+void DocumentScreen::NumberRow(int row) {
+    grid_.SetTextMatrix(row, 0, std::to_string(row));
+}
+
+void DocumentScreen::CheckDate(bool& cancel) {
+    auto date = Date::ParseDisplay(Trim(date_.Text()));
+    if (!date) {
+        Warn("Enter the date as dd/MM/yyyy.");
+        cancel = true;
+        return;
+    }
+    date_.SetText(date->ToDisplay());
+}
+
+void DocumentScreen::CheckParty(bool& cancel) {
+    const std::string text = Trim(party_.Text());
+    if (text == partyName_)
+        return;
+    if (text.empty()) {
+        partyName_.clear();
+        document_.SetParty(0);
+        return;
+    }
+    bool found = false;
+    if (!app_.Guard([&] {
+            if (auto party = FindByName(Db(), kAccounts, text)) {
+                found = true;
+                PartyChosen(party->code, party->name);
+            }
+        }))
+        cancel = true;
+    else if (!found) {
+        Warn("There is no account named " + text + ". Press F2 to choose one.");
+        cancel = true;
+    }
+}
+
+void DocumentScreen::PartyChosen(std::int32_t code, const std::string& name) {
+    partyName_ = name;
+    party_.SetText(name);
+    document_.SetParty(code);
+    document_.Raise([](DocumentEvents& l) { l.PartySelected(); });
+}
+
+// A box the user types into holds its value in the main fields; a look-up box holds the id
+// its module chose there instead.
+void DocumentScreen::BoxChanged(std::size_t index) {
+    const auto& boxes = CurrentSeries().boxes;
+    if (index >= boxes.size() || !boxes[index].lookup.empty() || boxes[index].field.empty())
+        return;
+    const SeriesBox& box = boxes[index];
+    const std::string& text = boxPool_[index]->Text();
+    document_.MainFields().SetValue(box.field,
+                                    box.numeric ? Value(TextToAmount(text)) : Value(text));
+}
+
+void DocumentScreen::CheckLookupBox(std::size_t index, bool& cancel) {
+    const auto& boxes = CurrentSeries().boxes;
+    if (index >= boxes.size() || boxes[index].lookup.empty())
+        return;
+    const SeriesBox& box = boxes[index];
+    const std::string& text = boxPool_[index]->Text();
+    if (text == boxChoices_[index])
+        return;
+    if (!text.empty()) {
+        Warn("Press F2 to choose the " + box.caption + ".");
+        cancel = true;
+        return;
+    }
+    boxChoices_[index].clear();
+    if (!box.field.empty())
+        document_.MainFields().SetValue(box.field, 0);
+}
+
+// The module whose operation the box names chooses the record: it is given the id and text
+// the box holds and a flag (false), and answers whether the user chose one.
+void DocumentScreen::LookupBox(std::size_t index) {
+    const SeriesBox& box = CurrentSeries().boxes[index];
+    std::array<Value, 3> args{box.field.empty() ? Value(0)
+                                                : document_.MainFields().GetValue(box.field),
+                              boxPool_[index]->Text(), false};
+    const bool offered = AskModules(app_, box.lookup, args, [&](const Value& chosen) {
+        if (!chosen.AsBool())
+            return;
+        boxChoices_[index] = args[1].AsText();
+        boxPool_[index]->SetText(args[1].AsText());
+        if (!box.field.empty())
+            document_.MainFields().SetValue(box.field, args[0].AsInt());
+    });
+    if (!offered)
+        Warn("No module offers " + box.lookup + ".");
+}
+
+// F2 in an item or party cell: the choice is typed into the cell and taken as a typed name is.
+void DocumentScreen::LookupCell() {
+    if (grid_.Row() < 1 || grid_.Row() >= grid_.Rows())
+        return;
+    const ColumnRole role = ColumnAt(grid_.Col()).role;
+    if (role != ColumnRole::Item && role != ColumnRole::Party)
+        return;
+    const bool item = role == ColumnRole::Item;
+    if (auto chosen = ChooseByName(app_, item ? kItems : kAccounts, item ? "Items" : "Parties")) {
+        grid_.Type(chosen->name);
+        grid_.Commit();
+    }
+}
+
+DocumentTotals DocumentScreen::CurrentTotals() {
+    Amount bags;
+    if (const int bagsCol = Member("COL_NO_OF_BOXES"))
+        for (int row = 1; row < grid_.Rows(); ++row)
+            if (document_.IsLine(row))
+                bags += TextToAmount(grid_.TextMatrix(row, bagsCol));
+    std::vector<ChargeLine> charges;
+    const auto& series = CurrentSeries().charges;
+    for (std::size_t i = 0; i < series.size(); ++i)
+        charges.push_back(
+            {TextToAmount(charges_.TextMatrix(static_cast<int>(i) + 1, kChargeRateCol)),
+             series[i].basis, series[i].sign});
+    return ComputeTotals(document_.DocumentAmount(), bags, charges);
+}
+
+void DocumentScreen::ShowTotals() {
+    const DocumentTotals totals = CurrentTotals();
+    for (std::size_t i = 0; i < totals.charges.size(); ++i)
+        charges_.SetTextMatrix(static_cast<int>(i) + 1, kChargeAmountCol,
+                               CellText(totals.charges[i], "c2"));
+    gross_.SetText(FormatAmount(totals.gross, "c2"));
+    chargesTotal_.SetText(FormatAmount(totals.chargesNet, "c2"));
+    roundOff_.SetText(FormatAmount(totals.roundOff, "c2"));
+    grandTotal_.SetText(FormatAmount(totals.grandTotal, "c2"));
+    document_.Raise([](DocumentEvents& l) { l.UpdateTotals2(); });
+}
+
+void DocumentScreen::Browse() {
+    auto list = app_.CreateSelectDialog();
+    list->SetCaption(CurrentSeries().Title());
+    auto rows =
+        Db().OpenRecordset("SELECT M.DOCUMENTID, M.DOCDATE, M.DOCNUMBER, F.MHD, M.GRANDTOTAL, "
+                           "M.CANCELLED FROM DOCMAIN M "
+                           "LEFT JOIN FAMASTER F ON F.MCD=M.PARTYCODE WHERE M.DOCSERIESID=" +
+                           std::to_string(seriesId_) + " ORDER BY M.DOCDATE, M.DOCNUMBER");
+    for (; !rows->EndOfRows(); rows->MoveNext())
+        list->AddItem(BrowseEntry(rows->Field(1).AsDate(), rows->Field(2).AsInt(),
+                                  rows->Field(3).AsText(), rows->Field(4).AsAmount(),
+                                  rows->Field(5).AsBool()),
+                      rows->Field(0).AsLong());
+    rows->Close();
+    if (list->Show())
+        OpenDocument(static_cast<std::int32_t>(list->SelectedValue()));
+}
+
+void DocumentScreen::ChangeSeries() {
+    const std::int32_t chosen = ChooseSeries(app_, "");
+    if (chosen == 0 || chosen == seriesId_)
+        return;
+    seriesId_ = chosen;
+    SeriesSelected();
+}
+
+// The document as on the screen: its lines, then the figures under the last columns.
+void DocumentScreen::PrintDocument() {
+    const DocumentTotals totals = CurrentTotals();
+    PrintJob job = grid_.ToPrintJob(CurrentSeries().Title() + " No. " + number_.Text(),
+                                    "Date: " + date_.Text() + "    Party: " + party_.Text());
+    job.reportName = "Document";
+    std::vector<PrintRow> lines;
+    for (int row = 1; row < grid_.Rows(); ++row)
+        if (document_.IsLine(row))
+            lines.push_back(std::move(job.rows[static_cast<std::size_t>(row - 1)]));
+    job.rows = std::move(lines);
+    const std::size_t width = job.columns.size();
+    auto figure = [&](const std::string& caption, Amount value, std::string marks) {
+        PrintRow& row = job.rows.emplace_back();
+        row.cells.assign(width, "");
+        row.cells[width >= 2 ? width - 2 : 0] = caption;
+        row.cells.back() = FormatAmount(value, "c2");
+        row.marks = std::move(marks);
+    };
+    figure("Gross Amount", totals.gross, "*blanklinebefore*");
+    const auto& charges = CurrentSeries().charges;
+    for (std::size_t i = 0; i < charges.size(); ++i)
+        if (!totals.charges[i].IsZero())
+            figure(charges[i].caption, charges[i].sign < 0 ? -totals.charges[i] : totals.charges[i],
+                   "");
+    if (!totals.roundOff.IsZero())
+        figure("Round Off", totals.roundOff, "");
+    figure("Grand Total", totals.grandTotal, "*totals*");
+    app_.Print(job, PrintMode::Print);
+}
+
+void DocumentScreen::OnCommand(const std::string& key) {
+    app_.Guard([&] {
+        if (key == "Lookup") {
+            if (Focused() == &grid_)
+                LookupCell();
+        } else if (key == "New") {
+            NewDocument();
+        } else if (key == "Browse") {
+            Browse();
+        } else if (key == "Delete") {
+            DeleteDocument();
+        } else if (key == "Series") {
+            ChangeSeries();
+        } else if (key == "Save") {
+            SaveDocument();
+        } else if (key == "Print") {
+            PrintDocument();
+        } else if (key == "Exit") {
+            Close();
+        }
+    });
+}
+
+void DocumentScreen::Warn(const std::string& message) {
+    app_.ShowMessage(message, "", "W");
+}
+
+std::string BrowseEntry(Date date, std::int32_t number, const std::string& party, Amount total,
+                        bool cancelled) {
+    return date.ToDisplay() + "  No. " + std::to_string(number) + "  " + party + "  " +
+           FormatAmount(total, "c2") + (cancelled ? "  (cancelled)" : "");
+}
+
+} // namespace qx::desk
