@@ -1,11 +1,13 @@
 #include "Commands.h"
 
+#include "EnterDocuments.h"
 #include "ScreenScript.h"
 
 #include "desk/core/DeskApp.h"
 #include "desk/core/ReportText.h"
 #include "desk/core/Scripted.h"
 #include "desk/documents/HostDocuments.h"
+#include "desk/documents/SeriesImport.h"
 #include "desk/masters/HostMasters.h"
 
 #include <nlohmann/json.hpp>
@@ -13,6 +15,7 @@
 #include <cctype>
 #include <cstdlib>
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 
 namespace qx::cli {
@@ -25,6 +28,12 @@ constexpr const char* kUsage = R"(qx: QX Desk from the command line
         menu, numbered options such as 676=Yes (several markets) set the firm's options
   qx demo PATH
         create the demo company: a mandi commission agent's firm with its markets
+  qx series import PATH FILE
+        set up the document series described in a JSON file (columns, boxes, charges)
+  qx enter PATH FILE [--answers yes|no|SCRIPT]
+        enter the documents of a JSON file through the document engine, as at the keyboard;
+        questions are answered yes or no, or in turn from SCRIPT (a JSON list of "yes"/"no");
+        every message is printed; the exit status is 1 when a document was not saved
   qx sql PATH "STATEMENT"
         run one SQL statement on a company as the modules write them (SELECT FIRST n,
         decimal columns, date literals); rows are printed as CSV with a header line
@@ -72,6 +81,37 @@ std::pair<int, std::string> ParseOption(const std::string& text) {
     }
 }
 
+// The desk as `qx` runs it: the host's screens and the modules of the modules folder, a
+// company open, questions answered from a script and every message printed.
+struct Desk {
+    explicit Desk(const std::filesystem::path& company, std::ostream* transcript = nullptr) {
+        if (transcript)
+            frontend.OnMessage = [transcript](const desk::ShownMessage& message) {
+                *transcript << "[" << message.style << "] " << message.prompt;
+                if (message.answer == kAnswerNo) *transcript << " -> No";
+                *transcript << '\n';
+            };
+        desk::RegisterHostMasters(app);
+        desk::RegisterHostDocuments(app);
+        app.LoadModules(desk::DefaultModulesFolder());
+        app.OpenCompany(company);
+    }
+    ~Desk() { app.Shutdown(); }
+
+    desk::ScriptedFrontend frontend;
+    desk::DeskApp app{frontend};
+};
+
+nlohmann::ordered_json ReadJson(const std::filesystem::path& file) {
+    std::ifstream in(file);
+    if (!in) throw std::runtime_error(file.string() + " cannot be read.");
+    try {
+        return nlohmann::ordered_json::parse(in);
+    } catch (const nlohmann::json::exception& error) {
+        throw std::runtime_error(file.string() + " is not valid JSON: " + error.what());
+    }
+}
+
 int CompanyCreate(const std::vector<std::string>& args, std::ostream& out) {
     if (args.size() < 3) throw UsageError("company create needs a PATH");
     std::filesystem::path path = args[2];
@@ -94,32 +134,39 @@ int CompanyCreate(const std::vector<std::string>& args, std::ostream& out) {
 int Demo(const std::vector<std::string>& args, std::ostream& out) {
     if (args.size() != 2) throw UsageError("demo needs a PATH");
     std::filesystem::path path = args[1];
-    auto file = DataFolder() / "demo" / "demo.json";
-    std::ifstream in(file);
-    if (!in) throw std::runtime_error("The demo data " + file.string() + " cannot be read.");
-    auto demo = nlohmann::json::parse(in);
+    const auto folder = DataFolder() / "demo";
+    const auto demo = ReadJson(folder / "demo.json");
 
     CompanySettings settings;
     const auto& company = demo.at("company");
     settings.name = company.value("name", "");
     settings.firmProperties = company.value("firmProperties", "");
-    const auto firmSettings = company.value("settings", nlohmann::json::object());
+    const auto firmSettings = company.value("settings", nlohmann::ordered_json::object());
     for (const auto& [name, value] : firmSettings.items())
         settings.settings.emplace_back(name, value.get<std::string>());
-    const auto options = company.value("options", nlohmann::json::object());
+    const auto options = company.value("options", nlohmann::ordered_json::object());
     for (const auto& [number, value] : options.items())
         settings.options.emplace_back(std::stoi(number), value.get<std::string>());
     CreateCompany(path, settings);
 
     try {
-        desk::ScriptedFrontend frontend;
-        desk::DeskApp app(frontend);
-        desk::RegisterHostMasters(app);
-        desk::RegisterHostDocuments(app);
-        app.LoadModules(desk::DefaultModulesFolder());
-        app.OpenCompany(path);
-        RunScreenScript(app, frontend, demo.at("steps"));
-        app.Shutdown();
+        {
+            Desk desk(path);
+            RunScreenScript(desk.app, desk.frontend, demo.at("steps"));
+        }
+        if (demo.contains("series")) {
+            desk::Session session;
+            session.Open(path);
+            desk::ImportSeries(session.Database(), ReadJson(folder / demo.at("series").get<std::string>()));
+        }
+        if (demo.contains("documents")) {
+            std::ostringstream transcript, refusals;
+            Desk desk(path, &transcript);
+            desk.frontend.SetDefaultAnswer(kAnswerYes);
+            if (!EnterDocuments(desk.app, desk.frontend, ReadJson(folder / demo.at("documents").get<std::string>()),
+                                transcript, refusals))
+                throw std::runtime_error("the demo's documents were refused:\n" + refusals.str());
+        }
     } catch (...) {
         // A half-made demo company would only mislead.
         std::error_code ec;
@@ -129,6 +176,33 @@ int Demo(const std::vector<std::string>& args, std::ostream& out) {
     }
     out << "Demo company written to " << path.string() << '\n';
     return 0;
+}
+
+int SeriesImport(const std::vector<std::string>& args, std::ostream& out) {
+    if (args.size() != 4) throw UsageError("series import needs a PATH and a FILE");
+    desk::Session session;
+    session.Open(args[2]);
+    for (const auto& code : desk::ImportSeries(session.Database(), ReadJson(args[3])))
+        out << "Series " << code << " set up\n";
+    return 0;
+}
+
+int Enter(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    if (args.size() != 3 && !(args.size() == 5 && args[3] == "--answers"))
+        throw UsageError("enter needs a PATH and a FILE, and may take --answers yes|no|SCRIPT");
+    const auto documents = ReadJson(args[2]);
+    Desk desk(args[1], &out);
+    if (args.size() == 5) {
+        if (args[4] == "yes") desk.frontend.SetDefaultAnswer(kAnswerYes);
+        else if (args[4] == "no") desk.frontend.SetDefaultAnswer(kAnswerNo);
+        else
+            for (const auto& answer : ReadJson(args[4])) {
+                const auto text = answer.get<std::string>();
+                if (text != "yes" && text != "no") throw UsageError("an answer is \"yes\" or \"no\"");
+                desk.frontend.QueueAnswer(text == "yes" ? kAnswerYes : kAnswerNo);
+            }
+    }
+    return EnterDocuments(desk.app, desk.frontend, documents, out, err) ? 0 : 1;
 }
 
 bool ReturnsRows(std::string_view sql) {
@@ -175,6 +249,8 @@ int Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
         if (args[0] == "company" && args.size() >= 2 && args[1] == "create") return CompanyCreate(args, out);
         if (args[0] == "demo") return Demo(args, out);
         if (args[0] == "sql") return Sql(args, out);
+        if (args[0] == "series" && args.size() >= 2 && args[1] == "import") return SeriesImport(args, out);
+        if (args[0] == "enter") return Enter(args, out, err);
         throw UsageError("unknown command \"" + args[0] + "\"");
     } catch (const UsageError& error) {
         err << "qx: " << error.what() << "\n\n" << kUsage;

@@ -136,12 +136,15 @@ private:
         else throw std::runtime_error("no button " + name);
     }
 
+public:
     void QueueModal(const nlohmann::json& steps) {
-        frontend_.QueueModal([this, steps](ui::Screen& dialog) {
-            StepRunner(app_, frontend_, &dialog).RunAll(steps);
+        // The runner may be gone when the dialog opens: the handler keeps what it needs.
+        frontend_.QueueModal([&app = app_, &frontend = frontend_, steps](ui::Screen& dialog) {
+            StepRunner(app, frontend, &dialog).RunAll(steps);
         });
     }
 
+private:
     void Answer(const std::string& answer) {
         if (answer != "yes" && answer != "no") throw std::runtime_error("an answer is \"yes\" or \"no\"");
         frontend_.QueueAnswer(answer == "yes" ? kAnswerYes : kAnswerNo);
@@ -165,6 +168,10 @@ private:
 
 void RunScreenScript(desk::DeskApp& app, desk::ScriptedFrontend& frontend, const nlohmann::json& steps) {
     StepRunner(app, frontend, nullptr).RunAll(steps);
+}
+
+void QueueDialogSteps(desk::DeskApp& app, desk::ScriptedFrontend& frontend, const nlohmann::json& steps) {
+    StepRunner(app, frontend, nullptr).QueueModal(steps);
 }
 
 } // namespace qx::cli

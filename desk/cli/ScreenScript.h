@@ -32,5 +32,8 @@ namespace qx::cli {
 // Throws std::runtime_error naming the step that could not be carried out.
 void RunScreenScript(desk::DeskApp& app, desk::ScriptedFrontend& frontend,
                      const nlohmann::json& steps);
+// The steps to take on the next dialog that opens, whatever opens it.
+void QueueDialogSteps(desk::DeskApp& app, desk::ScriptedFrontend& frontend,
+                      const nlohmann::json& steps);
 
 } // namespace qx::cli

@@ -36,6 +36,8 @@ public:
     // What the user does on the next modal screen (choose a row, click OK...). A modal
     // screen with no handler queued is closed as cancelled.
     void QueueModal(std::function<void(ui::Screen&)> handler) { modals_.push_back(std::move(handler)); }
+    // What the user does on the very next modal screen, before any queued earlier.
+    void QueueModalNext(std::function<void(ui::Screen&)> handler) { modals_.push_front(std::move(handler)); }
     bool ModalPending() const { return !modals_.empty(); }
 
     const std::vector<ShownMessage>& Transcript() const { return transcript_; }

@@ -1,0 +1,34 @@
+#pragma once
+// Entering documents from a file through the document engine, as a user at the keyboard
+// would: header boxes typed and left, each line's cells entered and left in order, the
+// charges' rates, then save. Every event of the engine fires as it does at the keyboard.
+//
+// The file (JSON; keys are taken in the order written):
+//   {"documents": [
+//     {"series": "JF",                       the series' code
+//      "date": "05/11/2024",                 dd/MM/yyyy
+//      "party": "GURMEET SINGH",             the account, by name
+//      "boxes": {"FORM_NO": "345", ...},     the series' own boxes, by name; a box with a
+//                                            look-up is chosen from its list by the text
+//      "lines": [{"PRODUCT_ID": "WHEAT", "QUANTITY": "10.40", ...}, ...],
+//                                            each line's cells by column key, in order
+//      "charges": {"LABOUR": "3.50"},        rates of the charges, by charge key
+//      "dialogs": [[steps], ...]}            what to do on each dialog the typing opens, in
+//                                            order, as steps of a screen script
+//   ]}
+
+#include "desk/core/DeskApp.h"
+#include "desk/core/Scripted.h"
+
+#include <nlohmann/json.hpp>
+
+#include <iosfwd>
+
+namespace qx::cli {
+
+// Enters the documents one by one; a document whose save is refused is reported on err with
+// the messages that refused it and the others go on. False when any was refused.
+bool EnterDocuments(desk::DeskApp& app, desk::ScriptedFrontend& frontend,
+                    const nlohmann::ordered_json& file, std::ostream& out, std::ostream& err);
+
+} // namespace qx::cli

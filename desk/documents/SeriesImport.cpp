@@ -1,0 +1,126 @@
+#include "SeriesImport.h"
+
+#include <stdexcept>
+
+namespace qx::desk {
+namespace {
+
+std::string Text(const nlohmann::ordered_json& object, const char* key, const std::string& fallback = {}) {
+    return object.contains(key) ? object.at(key).get<std::string>() : fallback;
+}
+
+std::int64_t Number(const nlohmann::ordered_json& object, const char* key, std::int64_t fallback) {
+    return object.contains(key) ? object.at(key).get<std::int64_t>() : fallback;
+}
+
+bool Flag(const nlohmann::ordered_json& object, const char* key, bool fallback) {
+    return object.contains(key) ? object.at(key).get<bool>() : fallback;
+}
+
+std::int32_t HeadCode(CompanyDb& db, const std::string& head) {
+    if (head.empty()) return 0;
+    auto code = db.LookupValue("FAMASTER", "MCD", "MHD=" + SqlQuote(head)).AsInt();
+    if (code == 0) throw std::runtime_error("there is no account \"" + head + "\"");
+    return code;
+}
+
+// The charge basis as the file writes it: "bag", "percent" or "fixed".
+std::string Basis(const std::string& basis) {
+    if (basis == "bag") return "B";
+    if (basis == "percent") return "P";
+    if (basis == "fixed" || basis.empty()) return "F";
+    throw std::runtime_error("a charge's basis is bag, percent or fixed, not \"" + basis + "\"");
+}
+
+void WriteSeries(CompanyDb& db, const nlohmann::ordered_json& series) {
+    const std::string code = Text(series, "code");
+    if (code.empty()) throw std::runtime_error("a series needs its code");
+    auto id = db.LookupValue("DOCCONFIG", "SERIESID", "SERIESCODE=" + SqlQuote(code)).AsInt();
+    auto config = db.OpenRecordset("SELECT * FROM DOCCONFIG WHERE SERIESID=" + std::to_string(id));
+    if (config->EndOfRows()) {
+        id = db.LookupValue("DOCCONFIG", "MAX(SERIESID)", "").AsInt() + 1;
+        config->AddNew();
+        config->SetField("SERIESID", id);
+        config->SetField("NEXTNUMBER", 1);
+    }
+    config->SetField("SERIESCODE", code);
+    config->SetField("SERIESNAME", Text(series, "name", code));
+    config->SetField("SUBSERIESNAME", Text(series, "subSeriesName"));
+    config->SetField("DOCTYPE", Text(series, "docType", "Sale"));
+    config->SetField("DOCPROPERTIES", Text(series, "properties"));
+    config->SetField("DOCVOUCHERFACTOR", Number(series, "voucherFactor", 0));
+    config->SetField("DOCCODESALE", Number(series, "codeSale", 0));
+    config->SetField("DOCTAXRATE", TextToAmount(Text(series, "taxRate", "0")));
+    config->SetField("DOCVATBILL", Flag(series, "vatBill", false) ? 1 : 0);
+    config->SetField("NARRATION", Text(series, "narration"));
+    config->SetField("TRNTYPE", Text(series, "trnType", code));
+    config->SetField("BOOK", Text(series, "book", code));
+    config->Update();
+
+    const auto where = " WHERE SERIESID=" + std::to_string(id);
+    for (const char* table : {"DOCCOLUMNS", "DOCBOXES", "DOCCHARGES"}) db.ExecuteSql(std::string("DELETE FROM ") + table + where);
+
+    int position = 0;
+    auto rows = db.OpenRecordset("SELECT FIRST 0 * FROM DOCCOLUMNS");
+    for (const auto& column : series.value("columns", nlohmann::ordered_json::array())) {
+        rows->AddNew();
+        rows->SetField("SERIESID", id);
+        rows->SetField("POSITION", ++position);
+        rows->SetField("COLKEY", Text(column, "key"));
+        rows->SetField("CAPTION", Text(column, "caption"));
+        rows->SetField("WIDTH", Number(column, "width", 1000));
+        rows->SetField("FORMAT", Text(column, "format"));
+        rows->SetField("EDITABLE", Flag(column, "editable", true) ? 1 : 0);
+        rows->SetField("FIELD", Text(column, "field"));
+        rows->Update();
+    }
+    position = 0;
+    rows = db.OpenRecordset("SELECT FIRST 0 * FROM DOCBOXES");
+    for (const auto& box : series.value("boxes", nlohmann::ordered_json::array())) {
+        rows->AddNew();
+        rows->SetField("SERIESID", id);
+        rows->SetField("POSITION", ++position);
+        rows->SetField("BOXNAME", Text(box, "name"));
+        rows->SetField("CAPTION", Text(box, "caption"));
+        rows->SetField("FIELD", Text(box, "field"));
+        rows->SetField("NUMERIC", Flag(box, "numeric", false) ? 1 : 0);
+        rows->SetField("VISIBLE", Flag(box, "visible", true) ? 1 : 0);
+        rows->SetField("LOOKUP", Text(box, "lookup"));
+        rows->SetField("LOOKUPTEXT", Text(box, "lookupText"));
+        rows->Update();
+    }
+    position = 0;
+    rows = db.OpenRecordset("SELECT FIRST 0 * FROM DOCCHARGES");
+    for (const auto& charge : series.value("charges", nlohmann::ordered_json::array())) {
+        rows->AddNew();
+        rows->SetField("SERIESID", id);
+        rows->SetField("POSITION", ++position);
+        rows->SetField("CHARGEKEY", Text(charge, "key"));
+        rows->SetField("CAPTION", Text(charge, "caption"));
+        rows->SetField("RATE", TextToAmount(Text(charge, "rate", "0")));
+        rows->SetField("BASIS", Basis(Text(charge, "basis")));
+        rows->SetField("SIGN", Number(charge, "sign", 1));
+        rows->SetField("HEADCODE", HeadCode(db, Text(charge, "head")));
+        rows->SetField("FIELD", Text(charge, "field"));
+        rows->Update();
+    }
+}
+
+} // namespace
+
+std::vector<std::string> ImportSeries(CompanyDb& db, const nlohmann::ordered_json& file) {
+    std::vector<std::string> codes;
+    Transaction unit(db);
+    for (const auto& series : file.at("series")) {
+        try {
+            WriteSeries(db, series);
+        } catch (const std::exception& error) {
+            throw std::runtime_error("series " + Text(series, "code", "?") + ": " + error.what());
+        }
+        codes.push_back(Text(series, "code"));
+    }
+    unit.Commit();
+    return codes;
+}
+
+} // namespace qx::desk
