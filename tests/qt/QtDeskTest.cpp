@@ -7,6 +7,9 @@
 #include "desk/qt/PrintRenderer.h"
 #include "desk/qt/QtFrontend.h"
 #include "desk/qt/ScreenWidget.h"
+#include "desk/cli/Commands.h"
+#include "desk/documents/DocumentScreen.h"
+#include "desk/documents/HostDocuments.h"
 #include "desk/masters/HostMasters.h"
 #include "support/Desk.h"
 
@@ -22,6 +25,7 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <sstream>
 
 using namespace qx;
 
@@ -282,6 +286,44 @@ TEST_F(QtDesk, ItemMasterOpensTheKivraRatesOfAnItem) {
     rates->click();
     EXPECT_EQ(caption, "Kivra Rates");
     EXPECT_TRUE(shot);
+    app.CloseCompany();
+}
+
+} // namespace
+
+namespace {
+
+// J-Forms and I-Forms of the demo company on the document entry screen, as the agent sees
+// them at the counter.
+TEST_F(QtDesk, JFormAndIFormOnTheEntryScreen) {
+    test::TempFolder folder;
+    const auto company = folder.Path() / "demo.kdb";
+    std::ostringstream out, err;
+    ASSERT_EQ(cli::Run({"demo", company.string()}, out, err), 0) << err.str();
+    desk::RegisterHostMasters(app);
+    desk::RegisterHostDocuments(app);
+    app.LoadModules(std::getenv("QX_MODULES_DIR"));
+    app.OpenCompany(company);
+    frontend.Window().resize(1440, 860);
+
+    auto shoot = [&](const std::string& menuKey, std::int32_t documentId, const std::string& file) {
+        app.ClickMenu(menuKey);
+        auto screen = std::dynamic_pointer_cast<desk::DocumentScreen>(app.OpenScreens().back());
+        ASSERT_NE(screen, nullptr);
+        screen->OpenDocument(documentId);
+        QMdiSubWindow* window = frontend.WindowOf(*screen);
+        ASSERT_NE(window, nullptr);
+        window->showMaximized();
+        QApplication::processEvents();
+        EXPECT_TRUE(frontend.Window().grab().save(QString::fromStdString((test::OutputFolder() / file).string())));
+        // The entry screen shows the document's figures as the module worked them out.
+        auto* grid = window->findChild<QTableWidget*>("Grid");
+        ASSERT_NE(grid, nullptr);
+        EXPECT_GE(grid->rowCount(), 1);
+        app.CloseScreen(*screen);
+    };
+    shoot("JForms", 1, "j-form.png"); // GURMEET SINGH: a line to PUNGRAIN and one to SELF
+    shoot("IForms", 3, "i-form.png"); // PUNGRAIN takes over the paddy
     app.CloseCompany();
 }
 
