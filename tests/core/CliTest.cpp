@@ -106,4 +106,40 @@ TEST(Qx, DemoCompanyHoldsItsMarketsEnteredThroughTheMarketMaster) {
     EXPECT_EQ(self.out, "COUNT(*)\n1\n");
 }
 
+// A J-Form file of one document, typed in as at the keyboard.
+std::filesystem::path FormsFile(const test::TempFolder& folder, const std::string& formNo, const std::string& quantity,
+                                const std::string& bags) {
+    auto file = folder.Path() / ("forms-" + formNo + ".json");
+    std::ofstream(file) << R"({"documents": [{"series": "JF", "date": "04/11/2024",
+        "party": "BALWINDER SINGH GREWAL",
+        "boxes": {"MARKET": "KHANNA", "FORM_BOOK_NO": "12", "FORM_NO": ")" << formNo << R"("},
+        "lines": [{"PRODUCT_ID": "PADDY", "CUSTOMER_ID": "MARKFED", "QTY_PER_BOX": "37.50",
+                   "QUANTITY": ")" << quantity << R"(", "REV_BAGS2": ")" << bags << R"(", "RATE": "2320"}]}]})";
+    return file;
+}
+
+TEST(Qx, EnterSavesFormsAndRefusesADuplicateFormNumberWithTheUsersMessage) {
+    test::TempFolder folder;
+    auto path = (folder.Path() / "demo.kdb").string();
+    ASSERT_EQ(Qx({"demo", path}).status, 0);
+    auto before = Qx({"sql", path, "SELECT COUNT(*) FROM DOCMAIN"}).out;
+
+    auto duplicate = Qx({"enter", path, FormsFile(folder, "101", "30.00", "80").string()});
+    EXPECT_EQ(duplicate.status, 1);
+    EXPECT_NE(duplicate.out.find("[W] This form no. already exists"), std::string::npos) << duplicate.out;
+    EXPECT_NE(duplicate.err.find("not saved"), std::string::npos) << duplicate.err;
+    EXPECT_EQ(Qx({"sql", path, "SELECT COUNT(*) FROM DOCMAIN"}).out, before);
+
+    // 30.10 quintals in 80.5 bags of 37.5 kg: 80.27 revised bags, the fractional bags
+    // question, answered from the command line.
+    auto refused = Qx({"enter", path, FormsFile(folder, "104", "30.10", "80.5").string(), "--answers", "no"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_NE(refused.out.find("Fractional bags sale / purchase found. Do you want to continue? -> No"),
+              std::string::npos) << refused.out;
+    auto saved = Qx({"enter", path, FormsFile(folder, "104", "30.10", "80.5").string(), "--answers", "yes"});
+    EXPECT_EQ(saved.status, 0) << saved.err;
+    EXPECT_EQ(Qx({"sql", path, "SELECT FORMNO, GROSSAMT FROM DOCMAIN WHERE FORMNO=104"}).out,
+              "FormNo,GROSSAMT\n104,69832\n");
+}
+
 } // namespace
