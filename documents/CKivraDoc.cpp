@@ -146,6 +146,10 @@ std::int32_t CKivraDoc::FirstLineItemCode() const {
     return qx::Value(Cell(1, columns_.stkCode)).AsInt();
 }
 
+std::int32_t CKivraDoc::MarketId() const {
+    return Doc().MainFields().GetValue("MarketID").AsInt();
+}
+
 // ---- Series and set-up -----------------------------------------------------------------
 
 void CKivraDoc::SelectSeries() {
@@ -166,7 +170,6 @@ void CKivraDoc::SelectSeries() {
             qx::ContainsNoCase(doc.SeriesInfo().GetValue("SubSeriesName").AsText(), "Local");
     }
     Form().SetShowGridinfo(mode_.localPurchase || mode_.jForm);
-    marketId_ = doc.MainFields().GetValue("MarketID").AsInt();
 }
 
 void CKivraDoc::MakeGridColumnsBegin() {
@@ -478,7 +481,7 @@ void CKivraDoc::CheckFormNumbers(bool& cancel) {
     }
     duplicate += " and FormNo=" + formNo.ToPlainString() +
                  " and DocSeries=" + context_.Util().SqlQuote(doc.SeriesCode());
-    if (multipleMarkets_) duplicate += " and MarketID=" + std::to_string(marketId_);
+    if (multipleMarkets_) duplicate += " and MarketID=" + std::to_string(MarketId());
     const std::int32_t duplicateId =
         doc.Database().LookupValue("DOCMAIN", "DOCUMENTID", duplicate).AsInt();
 

@@ -96,6 +96,9 @@ private:
     void SetCellInColumnFormat(int row, int col, qx::Amount value);
     // The item on the first line, which decides the rates of the whole document; 0 for none.
     std::int32_t FirstLineItemCode() const;
+    // The document's market as its main fields hold it now: the user may choose it in the
+    // header after the series was selected, and a new document starts without one.
+    std::int32_t MarketId() const;
 
     void LoadChargeRates();
     void CheckBagFigures(bool& cancel);
@@ -115,7 +118,6 @@ private:
     qx::ui::Grid* chargesGrid_ = nullptr;
 
     bool multipleMarkets_ = false;
-    std::int32_t marketId_ = 0;
     SeriesMode mode_;
     // Chosen in the pending J-Form list of an I-Form.
     std::int32_t pickedProduct_ = 0;

@@ -64,10 +64,11 @@ std::string DocumentScreen::Refusal() {
     return {};
 }
 
-// What is being typed is taken, and checked, before the document is saved.
+// What is being typed is taken, and checked, before the document is saved; so is a cell whose
+// text a check refused, which would otherwise be saved unchecked.
 bool DocumentScreen::TakeTyping() {
-    for (ui::Grid* grid : {&grid_, &charges_})
-        if (grid->Editing() && !grid->Commit())
+    for (auto [grid, refused] : {std::pair{&grid_, itemCellRefused_}, {&charges_, rateRefused_}})
+        if ((grid->Editing() || refused) && !grid->Commit())
             return false;
     if (auto* box = dynamic_cast<ui::TextBox*>(Focused()); box && box->OnValidate) {
         bool cancel = false;

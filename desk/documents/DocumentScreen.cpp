@@ -213,13 +213,14 @@ DocumentScreen::DocumentScreen(DeskApp& app)
     charges_.OnCellBeforeLostFocus = [this](int row, int col, const std::string& typed,
                                             bool& cancel) {
         rateTyped_.reset();
+        rateRefused_ = false;
         std::string text = Trim(typed);
         if (quiet_ || col != kChargeRateCol)
             return;
         if (auto refusal = text.empty() ? std::string() : AcceptNumber(ColumnKind::Decimal, text);
             !refusal.empty()) {
             Warn(refusal);
-            cancel = true;
+            cancel = rateRefused_ = true;
         } else if (TextToAmount(text) != TextToAmount(charges_.TextMatrix(row, col))) {
             rateTyped_ = CellText(TextToAmount(text), "");
         }
@@ -450,6 +451,7 @@ void DocumentScreen::FillCharges(const std::vector<AppliedCharge>* applied) {
 
 void DocumentScreen::ClearContent() {
     checked_.reset();
+    itemCellRefused_ = rateRefused_ = false;
     partyName_.clear();
     party_.SetText("");
     for (ui::TextBox* box : boxPool_)
@@ -465,6 +467,9 @@ void DocumentScreen::ClearContent() {
             break;
         }
     grid_.SetRedraw(true);
+    // An extension's summary was of the document that was on the screen.
+    gridInfo_.ClearColumns();
+    gridInfo_.Clear();
     document_.Reset();
 }
 
@@ -627,6 +632,7 @@ void DocumentScreen::RecalcGrid() {
 
 void DocumentScreen::CheckCell(int row, int col, const std::string& typed, bool& cancel) {
     checked_.reset();
+    itemCellRefused_ = false;
     if (quiet_)
         return;
     CheckedCell cell{row, col, typed, 0, false};
@@ -642,6 +648,7 @@ void DocumentScreen::CheckCell(int row, int col, const std::string& typed, bool&
         Warn(refusal);
     if (!ran || !refusal.empty())
         cancel = true;
+    itemCellRefused_ = cancel;
     if (!cancel)
         checked_ = std::move(cell);
 }
@@ -754,6 +761,16 @@ void DocumentScreen::CheckDate(bool& cancel) {
         return;
     }
     date_.SetText(date->ToDisplay());
+    // What an extension shows with the totals may turn on the date (a tax from a given day).
+    if (*date != totalledOn_ && HasLines())
+        app_.Guard([&] { ShowTotals(); });
+}
+
+bool DocumentScreen::HasLines() const {
+    for (int row = 1; row < grid_.Rows(); ++row)
+        if (document_.IsLine(row))
+            return true;
+    return false;
 }
 
 void DocumentScreen::CheckParty(bool& cancel) {
@@ -873,6 +890,7 @@ void DocumentScreen::ShowTotals() {
     chargesTotal_.SetText(FormatAmount(totals.chargesNet, "c2"));
     roundOff_.SetText(FormatAmount(totals.roundOff, "c2"));
     grandTotal_.SetText(FormatAmount(totals.grandTotal, "c2"));
+    totalledOn_ = document_.DocDate();
     document_.Raise([](DocumentEvents& l) { l.UpdateTotals2(); });
 }
 

@@ -123,6 +123,7 @@ private:
     std::string Accept(CheckedCell& cell);
     void TakeCell(int row, int col);
     void CheckDate(bool& cancel);
+    bool HasLines() const;
     void CheckParty(bool& cancel);
     void PartyChosen(std::int32_t code, const std::string& name);
     void BoxChanged(std::size_t index);
@@ -184,8 +185,13 @@ private:
     bool showGridInfo_ = false;
     std::optional<CheckedCell> checked_;
     std::optional<std::string> rateTyped_; // a charge's new rate, checked, as the cell shows it
+    // The current cell of the grid holds text a check refused: it stays in view for the user
+    // to correct, untaken, and a save checks it again.
+    bool itemCellRefused_ = false;
+    bool rateRefused_ = false;
     bool quiet_ = false; // the screen is being reset: leaving a cell is not the user's doing
     std::optional<Date> lastDate_; // a new document takes the date of the one saved last
+    Date totalledOn_;              // the document's date when its totals were last shown
 };
 
 } // namespace qx::desk

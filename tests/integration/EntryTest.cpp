@@ -1,0 +1,189 @@
+// Mandi forms typed on the desk's own entry screen with the Kivra extension: the bags and
+// weights of a line, the charge rates of the first item, and the levies summary.
+#include "MandiCompany.h"
+
+using namespace qx;
+using test::Strings;
+
+namespace {
+
+class EntryTest : public test::MandiCompany {
+protected:
+    // The screen as the module's I-Form key presets it.
+    desk::DocumentScreen& OpenIForms() {
+        auto screen = app.Forms().CreateForm("Documents");
+        screen->Properties().SetValue("DocType", "I-Form");
+        screen->Properties().SetValue("DocSeriesCode", "IF");
+        screen->Properties().SetValue("DocSeriesName", "I-Forms");
+        app.ShowForm(screen);
+        return dynamic_cast<desk::DocumentScreen&>(*app.OpenScreens().back());
+    }
+};
+
+const Strings kBagColumns = {"NO_OF_BOXES",  "PCS",      "QUANTITY", "REV_BAGS2",
+                             "ADD_LESS_KGS", "TOTAL_WT", "REV_BAGS", "AMOUNT"};
+
+TEST_F(EntryTest, JFormLineKeepsItsBagsAndWeightTogether) {
+    auto& screen = OpenMenu("JForms");
+    EXPECT_EQ(screen.Caption(), "J-Forms - New");
+    // 10.50 quintals fill 21 bags of 50 kg exactly.
+    ASSERT_TRUE(TypeLine(screen, 1,
+                         {{"PRODUCT_ID", "wheat"},
+                          {"CUSTOMER_ID", "bansal traders"},
+                          {"QTY_PER_BOX", "50"},
+                          {"QUANTITY", "10.50"},
+                          {"RATE", "2125"}}));
+    EXPECT_EQ(Line(screen, 1, kBagColumns),
+              (Strings{"21", "", "10.50", "21.00", "", "10.50", "21.00", "22,312.50"}));
+
+    // 10.40 quintals weighed as 21 bags: the bags bring 10 kg more.
+    ASSERT_TRUE(TypeLine(screen, 2,
+                         {{"PRODUCT_ID", "wheat"},
+                          {"CUSTOMER_ID", "self"},
+                          {"QTY_PER_BOX", "50"},
+                          {"QUANTITY", "10.40"}}));
+    EXPECT_EQ(Line(screen, 2, kBagColumns),
+              (Strings{"20", "40", "10.40", "20.80", "", "10.40", "20.80", ""}));
+    ASSERT_TRUE(TypeLine(screen, 2, {{"REV_BAGS2", "21"}, {"RATE", "2125"}}));
+    EXPECT_EQ(Line(screen, 2, kBagColumns),
+              (Strings{"20", "40", "10.40", "21.00", "10", "10.50", "21.00", "22,100.00"}));
+    EXPECT_EQ(Cell(screen, 2, "CUSTOMER_ID"), "SELF");
+    EXPECT_EQ(Total(screen, "txtGross"), "44,412.50");
+
+    // Bags weighed must fit the quantity: 26.10 quintals are 52.2 bags of 50 kg.
+    ASSERT_TRUE(TypeLine(screen, 3,
+                         {{"PRODUCT_ID", "paddy"},
+                          {"CUSTOMER_ID", "bansal traders"},
+                          {"QTY_PER_BOX", "50"},
+                          {"QUANTITY", "26.10"}}));
+    EXPECT_TRUE(Messages().empty()) << Messages().front();
+    EXPECT_FALSE(TypeLine(screen, 3, {{"REV_BAGS2", "54"}}));
+    EXPECT_EQ(Messages(), Strings{"Bags must be either 52 or 53"});
+    EXPECT_EQ(frontend.Transcript()[0].style, "W");
+    EXPECT_EQ(screen.Grid().Col(), screen.Member("COL_REV_BAGS2")) << "the cursor stays";
+
+    screen.Grid().Type("52.5");
+    EXPECT_TRUE(screen.Grid().Commit());
+    EXPECT_EQ(Cell(screen, 3, "REV_BAGS2"), "52.50");
+    EXPECT_EQ(Messages().size(), 1u);
+}
+
+TEST_F(EntryTest, IFormLineIsValuedOnItsWeightAndBearsTheBuyersCharges) {
+    auto& screen = OpenIForms();
+    EXPECT_EQ(screen.Caption(), "I-Forms - New");
+    ASSERT_TRUE(TypeLine(screen, 1,
+                         {{"PRODUCT_ID", "wheat"},
+                          {"QTY_PER_BOX", "50"},
+                          {"QUANTITY", "10"},
+                          {"ADD_LESS_KGS", "20"},
+                          {"RATE", "2000"}}));
+    EXPECT_EQ(Line(screen, 1, {"NO_OF_BOXES", "PCS", "ADD_LESS_KGS", "TOTAL_WT", "AMOUNT"}),
+              (Strings{"20", "", "20.00", "10.20", "20,400.00"}));
+    // Wheat's I-Form rates: dami 2.5 %, labour 5.50, loading 3 and stitching 1.50 a bag,
+    // dharmada 0.1 %.
+    EXPECT_EQ(Charges(screen), (Strings{"DAMI 2.5 510.00", "LABOUR 5.5 110.00", "LOADING 3 60.00",
+                                        "STITCHING 1.5 30.00", "DHARMADA 0.1 20.40"}));
+    EXPECT_EQ(Total(screen, "txtGross"), "20,400.00");
+    EXPECT_EQ(Total(screen, "txtGrandTotal"), "21,130.00");
+    EXPECT_EQ(Total(screen, "txtRoundOff"), "-0.40");
+    EXPECT_TRUE(Summary(screen).empty()) << "an I-Form bears no levies";
+
+    // Each charge is kept in its own column of the form.
+    TypeHeader(screen, "15/04/2024", "bansal traders", "DORAHA", "3", "41");
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_TRUE(Messages().empty()) << Messages().front();
+    EXPECT_EQ(Rows("SELECT DOCSERIES, PARTYCODE, MARKETID, FORMBOOKNO, FORMNO, GROSSAMT, DamiAmt, "
+                   "LABOUR, LOADING, StitchAmt, DharmadaAmt, ROUNDOFFAMT, GRANDTOTAL FROM DOCMAIN"),
+              Strings{"IF|201|2|3|41|20400|510|110|60|30|20.4|-0.4|21130"});
+    EXPECT_EQ(Rows("SELECT QUANTITY, AddLessKgs, TOTALWT, RATE, AMOUNT FROM DOCDATA"),
+              Strings{"10|20|10.2|2000|20400"});
+}
+
+TEST_F(EntryTest, ChargesTakeTheFirstItemsRatesOncePerDocument) {
+    auto& screen = OpenMenu("JForms");
+    EXPECT_EQ(Charges(screen), Strings{"LABOUR  "});
+    ASSERT_TRUE(TypeLine(screen, 1,
+                         {{"PRODUCT_ID", "wheat"},
+                          {"CUSTOMER_ID", "bansal traders"},
+                          {"QTY_PER_BOX", "50"},
+                          {"QUANTITY", "10"}}));
+    EXPECT_EQ(Charges(screen), Strings{"LABOUR 6.22 124.40"}) << "wheat's J-Form labour";
+
+    // Paddy on the next line, and paddy put on the first line, change nothing.
+    ASSERT_TRUE(TypeLine(screen, 2,
+                         {{"PRODUCT_ID", "paddy"},
+                          {"CUSTOMER_ID", "bansal traders"},
+                          {"QTY_PER_BOX", "50"},
+                          {"QUANTITY", "15"}}));
+    ASSERT_TRUE(TypeLine(screen, 1, {{"PRODUCT_ID", "paddy"}}));
+    EXPECT_EQ(Charges(screen), Strings{"LABOUR 6.22 311.00"});
+
+    // A new document starts from the series' rates and takes its first item's again.
+    ASSERT_TRUE(Press(screen, ui::Key::F5));
+    EXPECT_EQ(Charges(screen), Strings{"LABOUR  "});
+    ASSERT_TRUE(TypeLine(screen, 1, {{"PRODUCT_ID", "paddy"}}));
+    EXPECT_EQ(Charges(screen), Strings{"LABOUR 7.5 "});
+    EXPECT_TRUE(Messages().empty()) << Messages().front();
+}
+
+TEST_F(EntryTest, JFormSummaryShowsTheLeviesOfTheAgentsOwnPurchase) {
+    auto& screen = OpenMenu("JForms");
+    ASSERT_TRUE(TypeBox(screen, screen.TxpDocDate(), "10/04/2017"));
+    ASSERT_TRUE(TypeLine(screen, 1,
+                         {{"PRODUCT_ID", "wheat"},
+                          {"CUSTOMER_ID", "bansal traders"},
+                          {"QTY_PER_BOX", "50"},
+                          {"QUANTITY", "5"},
+                          {"RATE", "2000"}}));
+    EXPECT_TRUE(Summary(screen).empty()) << "nothing bought for the agent's own stock";
+
+    ASSERT_TRUE(TypeLine(screen, 2,
+                         {{"PRODUCT_ID", "wheat"},
+                          {"CUSTOMER_ID", "self"},
+                          {"QTY_PER_BOX", "50"},
+                          {"QUANTITY", "10"},
+                          {"RATE", "2000"}}));
+    // Wheat: market fee 2, R.D.F. 3, cancer fund 0.5, P.I.D.F. 1 and, before GST, purchase
+    // tax 4 on the value with its P.I.D.F.
+    EXPECT_EQ(Summary(screen),
+              (Strings{"Tax Type|Rate %|Charged on|Tax Amount", "M.Fee|2|20,000.00|400.00",
+                       "R.D.F.|3|20,000.00|600.00", "Cancer Fund|0.5|20,000.00|100.00",
+                       "P.I.D.F.|1|20,000.00|200.00", "Purchase Tax|4|20,200.00|808.00"}));
+
+    // The next form shows nothing of this one's.
+    ASSERT_TRUE(Press(screen, ui::Key::F5));
+    EXPECT_TRUE(Summary(screen).empty());
+}
+
+TEST_F(EntryTest, LocalPurchaseBearsPurchaseTaxUntilGst) {
+    auto& screen = OpenMenu("PurchaseLocal");
+    EXPECT_EQ(screen.Caption(), "Purchase - Local - New");
+    ASSERT_TRUE(TypeBox(screen, screen.TxpDocDate(), "30/06/2017"));
+    ASSERT_TRUE(TypeLine(
+        screen, 1,
+        {{"PRODUCT_ID", "wheat"}, {"QTY_PER_BOX", "50"}, {"QUANTITY", "5"}, {"RATE", "2000"}}));
+    const Strings beforeGst = {"Tax Type|Rate %|Charged on|Tax Amount",
+                               "M.Fee|2|10,000.00|200.00",
+                               "R.D.F.|3|10,000.00|300.00",
+                               "Cancer Fund|0.5|10,000.00|50.00",
+                               "P.I.D.F.|1|10,000.00|100.00",
+                               "Purchase Tax|4|10,100.00|404.00"};
+    EXPECT_EQ(Summary(screen), beforeGst);
+
+    // The date decides: the summary follows it at once.
+    ASSERT_TRUE(TypeBox(screen, screen.TxpDocDate(), "01/07/2017"));
+    EXPECT_EQ(Summary(screen), Strings(beforeGst.begin(), beforeGst.end() - 1));
+    ASSERT_TRUE(TypeBox(screen, screen.TxpDocDate(), "30/06/2017"));
+    EXPECT_EQ(Summary(screen), beforeGst);
+
+    // An outside purchase bears no mandi levies.
+    auto& outside = OpenMenu("PurchaseOut");
+    EXPECT_EQ(outside.Caption(), "Purchase - Outside - New");
+    ASSERT_TRUE(TypeBox(outside, outside.TxpDocDate(), "30/06/2017"));
+    ASSERT_TRUE(
+        TypeLine(outside, 1, {{"PRODUCT_ID", "wheat"}, {"QUANTITY", "5"}, {"RATE", "2000"}}));
+    EXPECT_TRUE(Summary(outside).empty());
+    EXPECT_TRUE(Messages().empty()) << Messages().front();
+}
+
+} // namespace

@@ -1,0 +1,231 @@
+#pragma once
+// A Punjab commission agent's company as he would set it up: two mandis, wheat and paddy with
+// their charge rates, farmers and buyers (SELF among them), and the four mandi series on the
+// desk's own document engine, with the Kivra module plugged in and named as the documents'
+// extension. Documents are typed through the real entry screen.
+
+#include "support/DeskFixture.h"
+
+#include "desk/documents/DocumentScreen.h"
+#include "desk/documents/HostDocuments.h"
+#include "module/mKivraModule.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace qx::test {
+
+using Strings = std::vector<std::string>;
+using Cells = std::vector<std::pair<std::string, std::string>>;
+
+class MandiCompany : public DeskFixture {
+protected:
+    void SetUp() override {
+        desk::RegisterHostDocuments(app);
+        OpenWithModule("*KivraMenu*", {{676, "Yes"}}); // the firm works in two mandis
+        app.DeskSession().SetFirmSetting("DocExtensions", "ckivradoc");
+        kivra::CheckMarketTable(Db());
+        kivra::CheckKivraFields(Db());
+        // The rate columns the item charge-rates screen makes sure of.
+        Db().AddFields("STKMASTER", "Decimal(12,4)",
+                       {"qLabourJF", "qLabour", "qDamiIF", "qDami", "qDharamIF", "qLoadingIF",
+                        "qLoading", "qStitchIF", "qStitch", "qDamping", "qCommission"});
+        for (const char* sql : kCompany)
+            Db().ExecuteSql(sql);
+    }
+
+    // The screen as a menu key of the module opens it.
+    desk::DocumentScreen& OpenMenu(const std::string& key) {
+        app.ClickMenu(key);
+        auto* screen = dynamic_cast<desk::DocumentScreen*>(app.OpenScreens().back().get());
+        if (!screen)
+            throw std::logic_error("the menu key " + key + " opened no document screen");
+        return *screen;
+    }
+
+    // Types into a box and leaves it as Enter does; false when the box kept the focus.
+    static bool TypeBox(desk::DocumentScreen& screen, ui::TextBox& box, const std::string& text) {
+        screen.Focus(box);
+        box.Type(text);
+        screen.FocusNext();
+        return screen.Focused() != &box;
+    }
+    static ui::TextBox& Box(desk::DocumentScreen& screen, const std::string& name) {
+        for (ui::TextBox* box : screen.TXPUDI())
+            if (box->ExtVal().GetValue("Name").AsText() == name)
+                return *box;
+        throw std::logic_error("no box " + name);
+    }
+    // The market box: F2 lists the mandis, the user picks one.
+    void ChooseMarket(desk::DocumentScreen& screen, const std::string& market) {
+        ChooseInNextList(market);
+        screen.Focus(Box(screen, "MARKET"));
+        screen.KeyDown({.key = ui::Key::F2});
+    }
+    // The header of a form: date, farmer, mandi, book and form number.
+    void TypeHeader(desk::DocumentScreen& screen, const std::string& date, const std::string& party,
+                    const std::string& market, const std::string& book, const std::string& form) {
+        ASSERT_TRUE(TypeBox(screen, screen.TxpDocDate(), date));
+        ASSERT_TRUE(TypeBox(screen, screen.TxpCustomer(), party));
+        ChooseMarket(screen, market);
+        ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_BOOK_NO"), book));
+        ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_NO"), form));
+    }
+
+    // Types a line cell by cell, by column key, leaving each cell as Enter does; false when a
+    // cell was refused.
+    static bool TypeLine(desk::DocumentScreen& screen, int row, const Cells& cells) {
+        auto& grid = screen.Grid();
+        for (const auto& [key, text] : cells) {
+            if (!grid.MoveTo(row, screen.Member("COL_" + key)))
+                return false;
+            grid.Type(text);
+        }
+        return grid.Commit();
+    }
+    static const std::string& Cell(desk::DocumentScreen& screen, int row, const std::string& key) {
+        return screen.Grid().TextMatrix(row, screen.Member("COL_" + key));
+    }
+    // The cells of a line, by column key.
+    static Strings Line(desk::DocumentScreen& screen, int row, const Strings& keys) {
+        Strings cells;
+        for (const std::string& key : keys)
+            cells.push_back(Cell(screen, row, key));
+        return cells;
+    }
+    // Charges grid rows as "key rate amount".
+    static Strings Charges(desk::DocumentScreen& screen) {
+        Strings rows;
+        const auto& charges = screen.GridTot2();
+        for (int row = 1; row < charges.Rows(); ++row)
+            rows.push_back(charges.TextMatrix(row, desk::DocumentScreen::kChargeKeyCol) + " " +
+                           charges.TextMatrix(row, desk::DocumentScreen::kChargeRateCol) + " " +
+                           charges.TextMatrix(row, desk::DocumentScreen::kChargeAmountCol));
+        return rows;
+    }
+    static std::string Total(desk::DocumentScreen& screen, const std::string& box) {
+        return screen.Get<ui::TextBox>(box).Text();
+    }
+    // The summary grid as shown, rows joined by "|"; empty while it is hidden or empty.
+    static Strings Summary(desk::DocumentScreen& screen) {
+        Strings rows;
+        const auto& grid = screen.GridInfo();
+        if (!screen.ShowGridinfo() || !screen.PicGridInfo().Visible() || !grid.Visible() ||
+            grid.Cols() == 0)
+            return rows;
+        for (int row = 0; row < grid.Rows(); ++row) {
+            std::string line;
+            for (int col = 0; col < grid.Cols(); ++col)
+                line += (col ? "|" : "") + grid.TextMatrix(row, col);
+            rows.push_back(line);
+        }
+        return rows;
+    }
+
+    static bool Press(desk::DocumentScreen& screen, ui::Key key) {
+        return screen.KeyDown({.key = key});
+    }
+
+    // Rows of a query, each as its fields joined by "|".
+    Strings Rows(const std::string& sql) {
+        Strings rows;
+        auto set = Db().OpenRecordset(sql);
+        for (; !set->EndOfRows(); set->MoveNext()) {
+            std::string line;
+            for (int i = 0; i < set->FieldCount(); ++i)
+                line += (i ? "|" : "") + set->Field(i).AsText();
+            rows.push_back(line);
+        }
+        return rows;
+    }
+
+private:
+    static constexpr const char* kCompany[] = {
+        "INSERT INTO MARKETMASTER (MARKETID, MARKETNAME, STATION, STATE, SERIES) VALUES "
+        "(1, 'KHANNA', 'KHANNA', 'PUNJAB', 'JF'), (2, 'DORAHA', 'DORAHA', 'PUNJAB', 'JF')",
+        "INSERT INTO CTGMASTER (CTGNO, CTGNAME) VALUES (1, 'FOOD GRAINS')",
+        // Wheat and paddy with their J-Form, I-Form, purchase and levy rates.
+        "INSERT INTO STKMASTER (QMCD, QMHD, QVATCTGNO, qLabourJF, qLabourIF, qDamiIF, qStitchIF, "
+        "qDharamIF, qLoadingIF, qLabour, qDami, qLoading, qStitch, qMarketFee, qRDF, qPIDF, "
+        "qPurTax, qCancerFund) VALUES "
+        "(1, 'WHEAT', 1, 6.22, 5.5, 2.5, 1.5, 0.1, 3, 4, 2, 2.25, 1.25, 2, 3, 1, 4, 0.5), "
+        "(2, 'PADDY', 1, 7.5, 6, 2.5, 1.75, 0.1, 3.5, 4.5, 2, 2.5, 1.5, 2, 3, 1, 4, 0.5)",
+        "INSERT INTO FAMASTER (MCD, MHD, MST) VALUES "
+        "(101, 'GURMEET SINGH', 'RAIPUR'), (102, 'HARPAL SINGH', 'BIJA'), "
+        "(201, 'BANSAL TRADERS', 'KHANNA'), (202, 'SELF', ''), "
+        "(301, 'LABOUR A/C', ''), (302, 'DAMI A/C', ''), (303, 'LABOUR I-FORM A/C', ''), "
+        "(304, 'LOADING A/C', ''), (305, 'STITCHING A/C', ''), (306, 'DHARMADA A/C', ''), "
+        "(310, 'PURCHASE FOOD GRAINS', ''), (399, 'ROUND OFF', '')",
+        // The purchases post their own vouchers; the forms go into the day's voucher.
+        "INSERT INTO VATCATEGORYTAXRATES (SERIESID, VATCTGNO, SALEPOSTINGCODE) VALUES "
+        "(3, 1, 310), (4, 1, 310)",
+        "INSERT INTO DOCCONFIG (SERIESID, SERIESCODE, SERIESNAME, SUBSERIESNAME, DOCTYPE, "
+        "DOCPROPERTIES, DOCVOUCHERFACTOR, NARRATION, NEXTNUMBER, TRNTYPE, BOOK) VALUES "
+        "(1, 'JF', 'J-Forms', '', 'J-Form', '*JForm*', 0, '', 1, 'JF', 'JF'), "
+        "(2, 'IF', 'I-Forms', '', 'I-Form', '*IForm*', 0, '', 1, 'IF', 'IF'), "
+        "(3, 'PL', 'Purchase', 'Local', 'Purchase', '', -1, 'Local purchase ##', 1, 'PUR', "
+        "'PB'), "
+        "(4, 'POU', 'Purchase', 'Outside', 'Purchase', '', -1, 'Purchase ##', 1, 'PUR', 'PB')",
+        // J-Form: the buyer of each line, bags of their weight and loose kilograms, the
+        // quantity in quintals, the bags as weighed and the kilograms they add or take off.
+        "INSERT INTO DOCCOLUMNS (SERIESID, POSITION, COLKEY, CAPTION, WIDTH, FORMAT, EDITABLE, "
+        "FIELD) VALUES "
+        "(1, 1, 'PRODUCT_ID', 'Item', 1800, '', 1, ''), "
+        "(1, 2, 'CUSTOMER_ID', 'Buyer', 2200, '', 1, ''), "
+        "(1, 3, 'NO_OF_BOXES', 'Bags', 700, '', 1, ''), "
+        "(1, 4, 'QTY_PER_BOX', 'Kg./Bag', 700, 'n2', 1, ''), "
+        "(1, 5, 'PCS', 'Loose Kgs', 700, '', 1, ''), "
+        "(1, 6, 'QUANTITY', 'Qty (Qtl.)', 900, 'n2', 1, ''), "
+        "(1, 7, 'REV_BAGS2', 'Bags Weighed', 900, 'n2', 1, ''), "
+        "(1, 8, 'ADD_LESS_KGS', 'Add/Less Kgs', 900, 'n2', 1, 'AddLessKgs'), "
+        "(1, 9, 'TOTAL_WT', 'Total Wt.', 900, 'n2', 0, ''), "
+        "(1, 10, 'REV_BAGS', 'Rev. Bags', 800, 'n2', 0, ''), "
+        "(1, 11, 'RATE', 'Rate', 900, 'n2', 1, ''), "
+        "(1, 12, 'AMOUNT', 'Amount', 1200, '', 0, ''), "
+        "(1, 13, 'STK_CODE', 'Code', 0, '', 0, '')",
+        // I-Form: the buyer's goods, valued on their weight.
+        "INSERT INTO DOCCOLUMNS (SERIESID, POSITION, COLKEY, CAPTION, WIDTH, FORMAT, EDITABLE, "
+        "FIELD) VALUES "
+        "(2, 1, 'PRODUCT_ID', 'Item', 1800, '', 1, ''), "
+        "(2, 2, 'NO_OF_BOXES', 'Bags', 700, '', 1, ''), "
+        "(2, 3, 'QTY_PER_BOX', 'Kg./Bag', 700, 'n2', 1, ''), "
+        "(2, 4, 'PCS', 'Loose Kgs', 700, '', 1, ''), "
+        "(2, 5, 'QUANTITY', 'Qty (Qtl.)', 900, 'n2', 1, ''), "
+        "(2, 6, 'ADD_LESS_KGS', 'Add/Less Kgs', 900, 'n2', 1, 'AddLessKgs'), "
+        "(2, 7, 'TOTAL_WT', 'Total Wt.', 900, 'n2', 0, ''), "
+        "(2, 8, 'RATE', 'Rate', 900, 'n2', 1, ''), "
+        "(2, 9, 'AMOUNT', 'Amount', 1200, '', 0, '')",
+        "INSERT INTO DOCCOLUMNS (SERIESID, POSITION, COLKEY, CAPTION, WIDTH, FORMAT, EDITABLE, "
+        "FIELD) VALUES "
+        "(3, 1, 'PRODUCT_ID', 'Item', 1800, '', 1, ''), (3, 2, 'NO_OF_BOXES', 'Bags', 700, '', 1, "
+        "''), (3, 3, 'QTY_PER_BOX', 'Kg./Bag', 700, 'n2', 1, ''), "
+        "(3, 4, 'QUANTITY', 'Qty (Qtl.)', 900, 'n2', 1, ''), (3, 5, 'RATE', 'Rate', 900, 'n2', 1, "
+        "''), (3, 6, 'AMOUNT', 'Amount', 1200, '', 0, ''), "
+        "(4, 1, 'PRODUCT_ID', 'Item', 1800, '', 1, ''), (4, 2, 'NO_OF_BOXES', 'Bags', 700, '', 1, "
+        "''), (4, 3, 'QUANTITY', 'Qty (Qtl.)', 900, 'n2', 1, ''), "
+        "(4, 4, 'RATE', 'Rate', 900, 'n2', 1, ''), (4, 5, 'AMOUNT', 'Amount', 1200, '', 0, '')",
+        "INSERT INTO DOCBOXES (SERIESID, POSITION, BOXNAME, CAPTION, FIELD, NUMERIC, LOOKUP, "
+        "LOOKUPTEXT) VALUES "
+        "(1, 1, 'MARKET', 'Mandi', 'MarketID', 0, 'SelectMarket', 'GetMarketName'), "
+        "(1, 2, 'FORM_BOOK_NO', 'Book No.', 'FormBookNo', 1, '', ''), "
+        "(1, 3, 'FORM_NO', 'Form No.', 'FormNo', 1, '', ''), "
+        "(2, 1, 'MARKET', 'Mandi', 'MarketID', 0, 'SelectMarket', 'GetMarketName'), "
+        "(2, 2, 'FORM_BOOK_NO', 'Book No.', 'FormBookNo', 1, '', ''), "
+        "(2, 3, 'FORM_NO', 'Form No.', 'FormNo', 1, '', '')",
+        // The farmer bears the labour of a J-Form; the buyer pays the agent's charges of an
+        // I-Form on top of the goods.
+        "INSERT INTO DOCCHARGES (SERIESID, POSITION, CHARGEKEY, CAPTION, RATE, BASIS, SIGN, "
+        "HEADCODE, FIELD) VALUES "
+        "(1, 1, 'LABOUR', 'Labour', 0, 'B', -1, 301, 'LABOUR'), "
+        "(2, 1, 'DAMI', 'Dami', 0, 'P', 1, 302, 'DamiAmt'), "
+        "(2, 2, 'LABOUR', 'Labour', 0, 'B', 1, 303, 'LABOUR'), "
+        "(2, 3, 'LOADING', 'Loading', 0, 'B', 1, 304, 'LOADING'), "
+        "(2, 4, 'STITCHING', 'Stitching', 0, 'B', 1, 305, 'StitchAmt'), "
+        "(2, 5, 'DHARMADA', 'Dharmada', 0, 'P', 1, 306, 'DharmadaAmt'), "
+        "(3, 1, 'LABOUR', 'Labour', 0, 'B', -1, 301, 'LABOUR'), "
+        "(4, 1, 'LABOUR', 'Labour', 0, 'B', -1, 301, 'LABOUR')",
+    };
+};
+
+} // namespace qx::test

@@ -1,0 +1,234 @@
+// Saving mandi forms through the desk's engine with the Kivra extension: the questions about
+// doubtful bags, the form book and number of each mandi, and a form saved, opened, saved
+// again and deleted.
+#include "MandiCompany.h"
+
+using namespace qx;
+using test::Strings;
+
+namespace {
+
+const char* const kFractionalBags =
+    "Fractional bags sale / purchase found. Do you want to continue?";
+
+class SaveTest : public test::MandiCompany {
+protected:
+    // Form 12 of book 7 at Khanna: Gurmeet Singh's wheat sold to Bansal Traders, in bags of
+    // 50 kg: 10.50 quintals are 21 bags.
+    desk::DocumentScreen& TypeForm12(const std::string& quantity = "10.50") {
+        auto& screen = OpenMenu("JForms");
+        TypeHeader(screen, "15/04/2024", "gurmeet singh", "KHANNA", "7", "12");
+        EXPECT_TRUE(TypeLine(screen, 1,
+                             {{"PRODUCT_ID", "wheat"},
+                              {"CUSTOMER_ID", "bansal traders"},
+                              {"QTY_PER_BOX", "50"},
+                              {"QUANTITY", quantity},
+                              {"RATE", "2125"}}));
+        return screen;
+    }
+
+    Strings SavedForms() {
+        return Rows("SELECT DOCUMENTID, DOCSERIES, DOCNUMBER, FORMBOOKNO, FORMNO, MARKETID "
+                    "FROM DOCMAIN ORDER BY DOCUMENTID");
+    }
+};
+
+TEST_F(SaveTest, AJFormIsSavedWithItsMandiFormAndWeights) {
+    auto& screen = TypeForm12();
+    EXPECT_EQ(Box(screen, "MARKET").Text(), "KHANNA");
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_TRUE(Messages().empty()) << Messages().front();
+
+    EXPECT_EQ(SavedForms(), Strings{"1|JF|1|7|12|1"});
+    // Labour 6.22 a bag on 21 bags is the farmer's to bear.
+    EXPECT_EQ(Rows("SELECT PARTYCODE, DOCDATE, GROSSAMT, LABOUR, ROUNDOFFAMT, GRANDTOTAL FROM "
+                   "DOCMAIN"),
+              Strings{"101|15/04/2024|22312.5|130.62|0.12|22182"});
+    EXPECT_EQ(Rows("SELECT PRODUCTID, CUSTOMERID, NOOFBOXES, QTYPERBOX, PCS, QUANTITY, "
+                   "AddLessKgs, TOTALWT, RATE, AMOUNT FROM DOCDATA"),
+              Strings{"1|201|21|50|0|10.5|0|10.5|2125|22312.5"});
+    EXPECT_TRUE(Rows("SELECT * FROM FADATA").empty()) << "a form goes into the day's voucher";
+    EXPECT_EQ(screen.Caption(), "J-Forms - New");
+    EXPECT_EQ(Box(screen, "MARKET").Text(), "");
+}
+
+TEST_F(SaveTest, DoubtfulBagsAreAskedAboutBeforeTheFormIsSaved) {
+    // 10.40 quintals in bags of 50 kg are 20.8 bags.
+    auto& screen = TypeForm12("10.40");
+    ASSERT_EQ(Cell(screen, 1, "REV_BAGS"), "20.80");
+    // 5 quintals and 50 kg more: a whole bag added as loose kilograms.
+    ASSERT_TRUE(TypeLine(screen, 2,
+                         {{"PRODUCT_ID", "wheat"},
+                          {"CUSTOMER_ID", "self"},
+                          {"QTY_PER_BOX", "50"},
+                          {"QUANTITY", "5"},
+                          {"ADD_LESS_KGS", "50"},
+                          {"RATE", "2125"}}));
+    ASSERT_EQ(Cell(screen, 2, "TOTAL_WT"), "5.50");
+
+    frontend.QueueAnswer(kAnswerNo);
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_EQ(Messages(), Strings{kFractionalBags});
+    EXPECT_EQ(frontend.Transcript()[0].style, "Q");
+
+    frontend.ClearTranscript();
+    frontend.QueueAnswer(kAnswerYes);
+    frontend.QueueAnswer(kAnswerNo);
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_EQ(Messages(),
+              (Strings{kFractionalBags,
+                       "Kgs more than Kg./Bag found at row no: 2. Do you want to continue?"}));
+    EXPECT_TRUE(SavedForms().empty());
+    EXPECT_EQ(Cell(screen, 2, "ADD_LESS_KGS"), "50.00") << "the form stays as typed";
+
+    frontend.ClearTranscript();
+    frontend.QueueAnswer(kAnswerYes);
+    frontend.QueueAnswer(kAnswerYes);
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_EQ(Messages().size(), 2u);
+    EXPECT_EQ(SavedForms(), Strings{"1|JF|1|7|12|1"});
+    EXPECT_EQ(Rows("SELECT REFNO, AddLessKgs, TOTALWT FROM DOCDATA ORDER BY REFNO"),
+              (Strings{"1|0|10.4", "2|50|5.5"}));
+}
+
+TEST_F(SaveTest, FiguresRefusedInTheirCellsKeepTheFormFromBeingSaved) {
+    auto& screen = TypeForm12();
+    EXPECT_FALSE(TypeLine(screen, 1, {{"REV_BAGS2", "23"}}));
+    auto& charges = screen.GridTot2();
+    ASSERT_TRUE(charges.MoveTo(1, desk::DocumentScreen::kChargeRateCol));
+    charges.Type("6.2x");
+    EXPECT_FALSE(charges.Commit());
+    const Strings refusals = {"Bags must be either 21 or 22", "6.2x is not a number."};
+    EXPECT_EQ(Messages(), refusals);
+
+    // Each refused figure is checked again when the form is saved.
+    frontend.ClearTranscript();
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    // 22 bags of 50 kg outweigh 10.50 quintals by a whole bag: the kilograms are left alone.
+    screen.Grid().Type("22");
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_EQ(Messages(), refusals);
+    EXPECT_TRUE(SavedForms().empty());
+
+    charges.Type("6.5");
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_EQ(Messages().size(), 2u);
+    EXPECT_EQ(Rows("SELECT LABOUR FROM DOCMAIN"), Strings{"136.5"});
+    EXPECT_EQ(Rows("SELECT NOOFBOXES, AddLessKgs, TOTALWT FROM DOCDATA"), Strings{"21|0|10.5"});
+}
+
+TEST_F(SaveTest, AFormNumberIsNeededAndUsedOnceInABookOfAMandi) {
+    auto& first = TypeForm12();
+    ASSERT_TRUE(Press(first, ui::Key::F10));
+    ASSERT_TRUE(app.CloseScreen(first));
+
+    auto& screen = TypeForm12();
+    ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_NO"), ""));
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_EQ(Messages(), Strings{"Form no. not specified."});
+    EXPECT_EQ(screen.Focused(), &Box(screen, "FORM_NO"));
+
+    frontend.ClearTranscript();
+    ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_NO"), "0012"));
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_EQ(Messages(), Strings{"This form no. already exists"});
+    EXPECT_EQ(screen.Focused(), &Box(screen, "FORM_NO"));
+    EXPECT_EQ(SavedForms().size(), 1u);
+
+    // Form 12 of another book, or of the same book at the other mandi, is another form.
+    frontend.ClearTranscript();
+    ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_BOOK_NO"), "8"));
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    TypeHeader(screen, "15/04/2024", "harpal singh", "DORAHA", "7", "12");
+    ASSERT_TRUE(TypeLine(screen, 1,
+                         {{"PRODUCT_ID", "paddy"},
+                          {"CUSTOMER_ID", "self"},
+                          {"QTY_PER_BOX", "50"},
+                          {"QUANTITY", "10"},
+                          {"RATE", "2203"}}));
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_TRUE(Messages().empty()) << Messages().front();
+    EXPECT_EQ(SavedForms(), (Strings{"1|JF|1|7|12|1", "2|JF|2|8|12|1", "3|JF|3|7|12|2"}));
+}
+
+TEST_F(SaveTest, ASavedFormOpensAsSavedAndIsSavedAgainOverItself) {
+    auto& screen = TypeForm12();
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    // The item's rate changes after the form was made: the form keeps its own.
+    Db().ExecuteSql("UPDATE STKMASTER SET qLabourJF=9 WHERE QMCD=1");
+
+    ChooseInNextList(desk::BrowseEntry(Date::FromYmd(2024, 4, 15), 1, "GURMEET SINGH",
+                                       Amount::FromInt(22182), false));
+    ASSERT_TRUE(Press(screen, ui::Key::F6));
+    EXPECT_EQ(screen.Caption(), "J-Forms - No. 1");
+    EXPECT_EQ(Box(screen, "MARKET").Text(), "KHANNA");
+    EXPECT_EQ(Box(screen, "FORM_BOOK_NO").Text(), "7");
+    EXPECT_EQ(Box(screen, "FORM_NO").Text(), "12");
+    EXPECT_EQ(Line(screen, 1,
+                   {"PRODUCT_ID", "CUSTOMER_ID", "NO_OF_BOXES", "QUANTITY", "ADD_LESS_KGS",
+                    "TOTAL_WT", "AMOUNT"}),
+              (Strings{"WHEAT", "BANSAL TRADERS", "21", "10.50", "", "10.50", "22,312.50"}));
+    EXPECT_EQ(Charges(screen), Strings{"LABOUR 6.22 130.62"});
+
+    // 10.40 quintals weighed as 21 bags; the form is not a duplicate of itself.
+    ASSERT_TRUE(TypeLine(screen, 1, {{"QUANTITY", "10.40"}, {"REV_BAGS2", "21"}}));
+    EXPECT_EQ(Line(screen, 1, {"ADD_LESS_KGS", "TOTAL_WT"}), (Strings{"10", "10.50"}));
+    EXPECT_EQ(Charges(screen), Strings{"LABOUR 6.22 130.62"});
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_TRUE(Messages().empty()) << Messages().front();
+    EXPECT_EQ(SavedForms(), Strings{"1|JF|1|7|12|1"});
+    EXPECT_EQ(Rows("SELECT DOCUMENTID, QUANTITY, AddLessKgs, TOTALWT, AMOUNT FROM DOCDATA"),
+              Strings{"1|10.4|10|10.5|22100"});
+    EXPECT_EQ(Rows("SELECT LABOUR, GRANDTOTAL FROM DOCMAIN"), Strings{"130.62|21969"});
+}
+
+TEST_F(SaveTest, ADeletedFormLeavesNothingBehind) {
+    auto& screen = TypeForm12();
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    screen.OpenDocument(1);
+
+    frontend.QueueAnswer(kAnswerNo);
+    ASSERT_TRUE(Press(screen, ui::Key::F3));
+    EXPECT_EQ(SavedForms().size(), 1u);
+
+    frontend.QueueAnswer(kAnswerYes);
+    ASSERT_TRUE(Press(screen, ui::Key::F3));
+    EXPECT_EQ(Messages(), (Strings{"Do you want to delete document no. 1?",
+                                   "Do you want to delete document no. 1?"}));
+    for (const char* table : {"DOCMAIN", "DOCDATA", "DOCCHARGEDATA"})
+        EXPECT_EQ(Rows(std::string("SELECT COUNT(*) FROM ") + table), Strings{"0"}) << table;
+    EXPECT_EQ(screen.Caption(), "J-Forms - New");
+
+    // Its form number is free again.
+    TypeHeader(screen, "15/04/2024", "gurmeet singh", "KHANNA", "7", "12");
+    ASSERT_TRUE(TypeLine(screen, 1,
+                         {{"PRODUCT_ID", "wheat"},
+                          {"CUSTOMER_ID", "self"},
+                          {"QTY_PER_BOX", "50"},
+                          {"QUANTITY", "1"},
+                          {"RATE", "2125"}}));
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_EQ(Messages().size(), 2u);
+    EXPECT_EQ(SavedForms().size(), 1u);
+}
+
+TEST_F(SaveTest, ALocalPurchasePostsItsOwnVoucher) {
+    auto& screen = OpenMenu("PurchaseLocal");
+    ASSERT_TRUE(TypeBox(screen, screen.TxpDocDate(), "15/04/2024"));
+    ASSERT_TRUE(TypeBox(screen, screen.TxpCustomer(), "gurmeet singh"));
+    ASSERT_TRUE(TypeLine(screen, 1,
+                         {{"PRODUCT_ID", "wheat"},
+                          {"NO_OF_BOXES", "10"},
+                          {"QTY_PER_BOX", "50"},
+                          {"QUANTITY", "5"},
+                          {"RATE", "2125"}}));
+    // The purchase's labour is wheat's purchase rate, 4 a bag.
+    EXPECT_EQ(Charges(screen), Strings{"LABOUR 4 40.00"});
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_TRUE(Messages().empty()) << Messages().front();
+    EXPECT_EQ(Rows("SELECT DCD, DAMT FROM FADATA ORDER BY DSRNO"),
+              (Strings{"101|-10585", "310|10625", "301|-40"}));
+    EXPECT_EQ(Rows("SELECT STOCKFACTOR FROM DOCDATA"), Strings{"1"});
+}
+
+} // namespace
