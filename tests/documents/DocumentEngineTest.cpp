@@ -5,6 +5,9 @@
 
 #include "desk/documents/DocumentTotals.h"
 
+using qx::test::Box;
+using qx::test::TypeBox;
+
 using namespace qx;
 using test::Strings;
 

@@ -3,6 +3,7 @@
 // the desk's document screen, and a test module whose document extension records every event
 // it is raised and does what a test asks of it in some of them.
 
+#include "support/DocumentTyping.h"
 #include "support/Desk.h"
 
 #include "desk/documents/DocumentScreen.h"
@@ -216,19 +217,6 @@ protected:
         return *documents;
     }
 
-    // Types into a box and leaves it as Enter does; false when the box kept the focus.
-    static bool TypeBox(desk::DocumentScreen& screen, ui::TextBox& box, const std::string& text) {
-        screen.Focus(box);
-        box.Type(text);
-        screen.FocusNext();
-        return screen.Focused() != &box;
-    }
-    static ui::TextBox& Box(desk::DocumentScreen& screen, const std::string& name) {
-        for (ui::TextBox* box : screen.TXPUDI())
-            if (box->ExtVal().GetValue("Name").AsText() == name)
-                return *box;
-        throw std::logic_error("no box " + name);
-    }
 
     // Types a line cell by cell, by column key, leaving each cell as Enter does; false when a
     // cell was refused.

@@ -2,6 +2,9 @@
 // weights of a line, the charge rates of the first item, and the levies summary.
 #include "MandiCompany.h"
 
+using qx::test::Box;
+using qx::test::TypeBox;
+
 using namespace qx;
 using test::Strings;
 

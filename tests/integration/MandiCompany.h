@@ -4,6 +4,7 @@
 // desk's own document engine, with the Kivra module plugged in and named as the documents'
 // extension. Documents are typed through the real entry screen.
 
+#include "support/DocumentTyping.h"
 #include "support/DeskFixture.h"
 
 #include "desk/documents/DocumentScreen.h"
@@ -44,19 +45,6 @@ protected:
         return *screen;
     }
 
-    // Types into a box and leaves it as Enter does; false when the box kept the focus.
-    static bool TypeBox(desk::DocumentScreen& screen, ui::TextBox& box, const std::string& text) {
-        screen.Focus(box);
-        box.Type(text);
-        screen.FocusNext();
-        return screen.Focused() != &box;
-    }
-    static ui::TextBox& Box(desk::DocumentScreen& screen, const std::string& name) {
-        for (ui::TextBox* box : screen.TXPUDI())
-            if (box->ExtVal().GetValue("Name").AsText() == name)
-                return *box;
-        throw std::logic_error("no box " + name);
-    }
     // The market box: F2 lists the mandis, the user picks one.
     void ChooseMarket(desk::DocumentScreen& screen, const std::string& market) {
         ChooseInNextList(market);

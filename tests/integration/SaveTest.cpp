@@ -3,6 +3,9 @@
 // again and deleted.
 #include "MandiCompany.h"
 
+using qx::test::Box;
+using qx::test::TypeBox;
+
 using namespace qx;
 using test::Strings;
 
