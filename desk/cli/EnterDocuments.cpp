@@ -153,6 +153,7 @@ bool EnterDocuments(desk::DeskApp& app, desk::ScriptedFrontend& frontend, const 
                 err << (i == messagesBefore ? ": " : "; ") << frontend.Transcript()[i].prompt;
             err << '\n';
         }
+        if (!saved) screen->NewDocument(); // what was refused is dropped, not saved on closing
         app.CloseScreen(*screen);
     }
     return allSaved;

@@ -488,6 +488,7 @@ void DocumentScreen::NewDocument() {
     SetupMode();
     FocusFirstBox();
     document_.Raise([](DocumentEvents& l) { l.NewDocumentEnd(); });
+    shownContent_ = ContentSnapshot();
 }
 
 void DocumentScreen::OpenDocument(std::int32_t documentId) {
@@ -516,6 +517,33 @@ void DocumentScreen::OpenDocument(std::int32_t documentId) {
     SetupMode();
     FocusFirstBox();
     document_.Raise([](DocumentEvents& l) { l.EditDocumentEnd(); });
+    shownContent_ = ContentSnapshot();
+}
+
+// What the user can change of a document, to tell whether he changed it since it was shown.
+std::string DocumentScreen::ContentSnapshot() const {
+    std::string content;
+    auto add = [&](const std::string& text) { content += text + '\x1f'; };
+    for (const ui::TextBox* box : {&date_, &number_, &party_, &saleType_}) add(box->Text());
+    for (const ui::TextBox* box : boxPool_) add(box->Text());
+    for (const ui::Grid* grid : {&grid_, &charges_})
+        for (int row = 1; row < grid->Rows(); ++row)
+            for (int col = 0; col < grid->Cols(); ++col) add(grid->TextMatrix(row, col));
+    for (const ui::Grid* grid : {&grid_, &charges_})
+        if (grid->Editing()) add(*grid->Editing());
+    return content;
+}
+
+// Before the document on the screen gives way (another one, closing): a document the user
+// changed is saved or dropped as he says. False when it stays (its save was refused).
+bool DocumentScreen::LeaveDocument() {
+    if (ContentSnapshot() == shownContent_) return true;
+    if (app_.ShowMessage("Do you want to save this document?", "2", "Q") != kAnswerYes) return true;
+    return SaveDocument();
+}
+
+void DocumentScreen::QueryUnload(bool& cancel) {
+    if (!app_.Guard([&] { cancel = !LeaveDocument(); })) cancel = true;
 }
 
 void DocumentScreen::ShowSavedHeader(const PropertyBag& main) {
@@ -957,13 +985,13 @@ void DocumentScreen::OnCommand(const std::string& key) {
             if (Focused() == &grid_)
                 LookupCell();
         } else if (key == "New") {
-            NewDocument();
+            if (LeaveDocument()) NewDocument();
         } else if (key == "Browse") {
-            Browse();
+            if (LeaveDocument()) Browse();
         } else if (key == "Delete") {
             DeleteDocument();
         } else if (key == "Series") {
-            ChangeSeries();
+            if (LeaveDocument()) ChangeSeries();
         } else if (key == "Save") {
             SaveDocument();
         } else if (key == "Print") {

@@ -77,6 +77,7 @@ public:
 protected:
     void Load() override;
     void FirstActivate() override;
+    void QueryUnload(bool& cancel) override;
     void Unload() override;
 
 private:
@@ -139,6 +140,8 @@ private:
     // Saving and deleting (DocumentSaving.cpp).
     std::int32_t DocumentNumber();
     bool RowHasContent(int row) const;
+    std::string ContentSnapshot() const;
+    bool LeaveDocument();
     std::string Refusal();
     bool Save(bool cancelled);
     Content TakeContent();
@@ -164,6 +167,7 @@ private:
     ui::TextBox& party_;
     ui::TextBox& saleType_;
     std::vector<ui::TextBox*> boxPool_; // as many as the series with most boxes has
+    std::string shownContent_; // the document as last shown, new or opened
     ui::Grid& grid_;
     ui::Grid& charges_;
     ui::TextBox& gross_;

@@ -197,6 +197,32 @@ TEST_F(DocumentEngineTest, ASaveCancelledBeforeItStartsWritesNothing) {
     EXPECT_EQ(Cell(screen, 2, "PRODUCT_ID"), "MOONG") << "the document stays on the screen";
 }
 
+TEST_F(DocumentEngineTest, AChangedDocumentIsSavedOrDroppedAsTheUserSaysBeforeItGoes) {
+    auto& screen = OpenSeries();
+    EXPECT_TRUE(Press(screen, ui::Key::F5)) << "an untouched document goes without a question";
+    EXPECT_TRUE(Messages().empty());
+
+    TypeWheatAndMoong(screen);
+    frontend.QueueAnswer(kAnswerNo);
+    ASSERT_TRUE(Press(screen, ui::Key::F5));
+    EXPECT_EQ(Messages(), Strings{"Do you want to save this document?"});
+    EXPECT_TRUE(Rows("SELECT DOCUMENTID FROM DOCMAIN").empty());
+
+    TypeWheatAndMoong(screen);
+    frontend.QueueAnswer(kAnswerYes);
+    EXPECT_TRUE(app.CloseScreen(screen)) << "saved, then closed";
+    EXPECT_EQ(Rows("SELECT COUNT(*) FROM DOCMAIN"), Strings{"1"});
+
+    // A save that is refused keeps the screen open with what was typed.
+    auto& again = OpenSeries();
+    ASSERT_TRUE(TypeLine(again, 1, {{"PRODUCT_ID", "wheat"}, {"QUANTITY", "5"}, {"RATE", "2000"}}));
+    frontend.ClearTranscript();
+    frontend.QueueAnswer(kAnswerYes);
+    EXPECT_FALSE(app.CloseScreen(again));
+    EXPECT_EQ(Messages(), (Strings{"Do you want to save this document?", "Choose the party."}));
+    EXPECT_EQ(Cell(again, 1, "PRODUCT_ID"), "WHEAT");
+}
+
 TEST_F(DocumentEngineTest, AHandlerThatFailsOnTheThirdLineLeavesTheCompanyAsItWas) {
     int savedLines = 0;
     bool failing = true;
