@@ -1,5 +1,6 @@
 #include "ScreenWidget.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -202,6 +203,23 @@ bool ScreenWidget::HandleKey(const QKeyEvent& event) {
 void ScreenWidget::WatchKeys(QWidget* widget) { widget->installEventFilter(this); }
 
 bool ScreenWidget::eventFilter(QObject* watched, QEvent* event) {
+    // A letter or digit typed on a button (a menu cube's, say) is the screen's to act on;
+    // in a box or a cell it is typing.
+    if (event->type() == QEvent::KeyPress && qobject_cast<QAbstractButton*>(watched)) {
+        const auto& key = static_cast<const QKeyEvent&>(*event);
+        const QString text = key.text();
+        if (text.size() == 1 && text.at(0).isPrint()) {
+            const Qt::KeyboardModifiers modifiers = key.modifiers();
+            const ui::KeyPress press{.key = ui::Key::Character,
+                                     .character = text.at(0).unicode(),
+                                     .shift = modifiers.testFlag(Qt::ShiftModifier),
+                                     .ctrl = modifiers.testFlag(Qt::ControlModifier),
+                                     .alt = modifiers.testFlag(Qt::AltModifier)};
+            bool used = false;
+            Command([&] { used = screen_.KeyDown(press); });
+            if (used) return true;
+        }
+    }
     if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
         const auto& key = static_cast<const QKeyEvent&>(*event);
         if (ScreenKey(key)) {

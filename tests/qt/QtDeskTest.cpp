@@ -328,3 +328,30 @@ TEST_F(QtDesk, JFormAndIFormOnTheEntryScreen) {
 }
 
 } // namespace
+
+namespace {
+
+// The module's own menu: a digit typed on its buttons clicks the button of that number.
+TEST_F(QtDesk, DigitsTypedOnTheKivraMenuClickItsButtons) {
+    test::TempFolder folder;
+    const auto company = test::MakeCompany(folder);
+    app.LoadModules(std::getenv("QX_MODULES_DIR"));
+    app.OpenCompany(company);
+    app.ClickMenu("Kivra");
+    ASSERT_EQ(app.OpenScreens().size(), 1u);
+    QMdiSubWindow* window = frontend.WindowOf(*app.OpenScreens().front());
+    ASSERT_NE(window, nullptr);
+    auto buttons = window->findChildren<QToolButton*>();
+    ASSERT_EQ(buttons.size(), 10);
+    buttons.front()->setFocus();
+    QString caption;
+    test::WhenModalOpens([&](QWidget& dialog) {
+        caption = dialog.windowTitle();
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    QTest::keyClick(buttons.front(), Qt::Key_8); // "8. Form-M": the report chooser
+    EXPECT_EQ(caption, "Kivra Reports");
+    app.CloseCompany();
+}
+
+} // namespace
