@@ -979,6 +979,18 @@ void DocumentScreen::PrintDocument() {
     app_.Print(job, PrintMode::Print);
 }
 
+bool DocumentScreen::KeyDown(const ui::KeyPress& key) {
+    if (key.key != ui::Key::Delete || !key.ctrl || key.shift || key.alt || Focused() != &grid_)
+        return ui::Screen::KeyDown(key);
+    const int row = grid_.Row();
+    if (row < 1 || row >= grid_.Rows() - 1) return true; // the empty last row stays
+    app_.Guard([&] {
+        grid_.RemoveRow(row);
+        RecalcGrid();
+    });
+    return true;
+}
+
 void DocumentScreen::OnCommand(const std::string& key) {
     app_.Guard([&] {
         if (key == "Lookup") {

@@ -47,6 +47,9 @@ public:
     // Saves the open document as cancelled: it stays numbered and posts nothing.
     bool CancelDocument();
 
+    // Ctrl+Delete in the item grid removes the line the cursor is on.
+    bool KeyDown(const ui::KeyPress& key) override;
+
     // DocumentForm
     ui::Screen& Screen() override { return *this; }
     ui::Grid& Grid() override { return grid_; }

@@ -25,6 +25,8 @@ std::optional<ui::KeyPress> ScreenKey(const QKeyEvent& event) {
         press.key = ui::Key::Enter;
     else if (key == Qt::Key_Tab)
         press.key = ui::Key::Tab;
+    else if (key == Qt::Key_Delete && event.modifiers().testFlag(Qt::ControlModifier))
+        press.key = ui::Key::Delete; // plain Delete is the editor's
     else
         return std::nullopt;
     const Qt::KeyboardModifiers modifiers = event.modifiers();

@@ -223,6 +223,17 @@ TEST_F(DocumentEngineTest, AChangedDocumentIsSavedOrDroppedAsTheUserSaysBeforeIt
     EXPECT_EQ(Cell(again, 1, "PRODUCT_ID"), "WHEAT");
 }
 
+TEST_F(DocumentEngineTest, CtrlDeleteRemovesTheLineUnderTheCursorAndTheTotalsFollow) {
+    auto& screen = OpenSeries();
+    TypeWheatAndMoong(screen);
+    screen.Focus(screen.Grid());
+    ASSERT_TRUE(screen.Grid().MoveTo(1, screen.Member("COL_QUANTITY")));
+    EXPECT_TRUE(screen.KeyDown({.key = ui::Key::Delete, .ctrl = true}));
+    EXPECT_EQ(Cell(screen, 1, "PRODUCT_ID"), "MOONG");
+    EXPECT_EQ(screen.Document().DocumentAmount(), *Amount::Parse("3000.70"));
+    EXPECT_FALSE(screen.KeyDown({.key = ui::Key::Delete})) << "plain Delete is the cell's";
+}
+
 TEST_F(DocumentEngineTest, AHandlerThatFailsOnTheThirdLineLeavesTheCompanyAsItWas) {
     int savedLines = 0;
     bool failing = true;
