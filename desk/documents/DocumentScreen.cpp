@@ -411,13 +411,13 @@ void DocumentScreen::BuildBoxes() {
             box.SetVisible(false);
             continue;
         }
-        const SeriesBox& spec = boxes[i];
-        box.SetCaption(spec.caption);
-        box.ExtVal().SetValue("Name", spec.name);
-        box.NumericOnly = spec.numeric && spec.lookup.empty();
-        box.OnLookup = spec.lookup.empty() ? std::function<void()>()
+        const SeriesBox& configured = boxes[i];
+        box.SetCaption(configured.caption);
+        box.ExtVal().SetValue("Name", configured.name);
+        box.NumericOnly = configured.numeric && configured.lookup.empty();
+        box.OnLookup = configured.lookup.empty() ? std::function<void()>()
                                            : [this, i] { app_.Guard([&] { LookupBox(i); }); };
-        box.SetVisible(spec.visible);
+        box.SetVisible(configured.visible);
     }
 }
 
