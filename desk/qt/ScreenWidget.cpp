@@ -5,6 +5,8 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
+#include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QTimer>
@@ -205,6 +207,12 @@ bool ScreenWidget::HandleKey(const QKeyEvent& event) {
 void ScreenWidget::WatchKeys(QWidget* widget) { widget->installEventFilter(this); }
 
 bool ScreenWidget::eventFilter(QObject* watched, QEvent* event) {
+    // A box the keyboard or the program brings the focus to has its text selected, so that
+    // typing replaces it (the date a new document proposes, say); a click places the cursor.
+    if (event->type() == QEvent::FocusIn)
+        if (auto* edit = qobject_cast<QLineEdit*>(watched);
+            edit && static_cast<QFocusEvent*>(event)->reason() != Qt::MouseFocusReason)
+            QTimer::singleShot(0, edit, [edit] { edit->selectAll(); });
     // A letter or digit typed on a button (a menu cube's, say) is the screen's to act on;
     // in a box or a cell it is typing.
     if (event->type() == QEvent::KeyPress && qobject_cast<QAbstractButton*>(watched)) {
