@@ -355,3 +355,40 @@ TEST_F(QtDesk, DigitsTypedOnTheKivraMenuClickItsButtons) {
 }
 
 } // namespace
+
+namespace {
+
+// A J-Form typed at the keyboard on the desktop: each cell takes the keys typed after Enter.
+TEST_F(QtDesk, AJFormTypedAtTheKeyboard) {
+    test::TempFolder folder;
+    const auto company = folder.Path() / "demo.kdb";
+    std::ostringstream out, err;
+    ASSERT_EQ(cli::Run({"demo", company.string()}, out, err), 0) << err.str();
+    desk::RegisterHostMasters(app);
+    desk::RegisterHostDocuments(app);
+    app.LoadModules(std::getenv("QX_MODULES_DIR"));
+    app.OpenCompany(company);
+    app.ClickMenu("JForms");
+    auto screen = std::dynamic_pointer_cast<desk::DocumentScreen>(app.OpenScreens().back());
+    ASSERT_NE(screen, nullptr);
+    QApplication::processEvents();
+    auto type = [](const std::string& text) {
+        for (char key : text) QTest::keyClick(QApplication::focusWidget(), key);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QApplication::processEvents();
+    };
+    screen->Focus(screen->Grid());
+    screen->Grid().SetCurrent(1, screen->Member("COL_PRODUCT_ID"));
+    QApplication::processEvents();
+    type("PADDY");
+    type("SELF");
+    type("50");
+    type("10.40");
+    EXPECT_EQ(screen->Grid().TextMatrix(1, screen->Member("COL_PRODUCT_ID")), "PADDY");
+    EXPECT_EQ(screen->Grid().TextMatrix(1, screen->Member("COL_CUSTOMER_ID")), "SELF");
+    EXPECT_EQ(screen->Grid().TextMatrix(1, screen->Member("COL_QUANTITY")), "10.40");
+    screen->NewDocument();
+    app.CloseCompany();
+}
+
+} // namespace

@@ -262,9 +262,14 @@ TEST_F(QtScreen, GridEditReachesTheModelAndTheCursorIsTheModels) {
     EXPECT_EQ(screen.grid.Col(), kColBags); // Enter moved on to the next editable column
     EXPECT_EQ(Table().currentColumn(), kColBags);
     EXPECT_EQ(Table().item(0, kColItem)->text(), "Maize");
+    // At the counter the user just goes on typing: the next cell takes the keys.
+    for (char key : std::string("12")) QTest::keyClick(QApplication::focusWidget(), key);
+    EXPECT_EQ(Table().currentColumn(), kColBags);
 
-    // Moving the cursor with the keyboard moves the model's cursor.
-    QTest::keyClick(&Table(), Qt::Key_Down);
+
+    // Moving the cursor with the keyboard moves the model's cursor (and leaves the cell).
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    EXPECT_EQ(screen.grid.TextMatrix(1, kColBags), "12");
     EXPECT_EQ(screen.grid.Row(), 2);
     EXPECT_EQ(screen.grid.Col(), kColBags);
 
