@@ -12,6 +12,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMessageBox>
+#include <QPointer>
 #include <QVBoxLayout>
 
 #include <stdexcept>
@@ -122,7 +123,30 @@ void QtFrontend::Show(std::shared_ptr<ui::Screen> screen) {
     Window().Area().setActiveSubWindow(window);
 }
 
+namespace {
+
+// The window and control that had the keyboard before a dialog take it back when the dialog
+// closes; a window manager does this for the window, but not every desktop has one (a kiosk,
+// a remote X session), and the control would be lost with it.
+class KeyboardComesBack {
+public:
+    KeyboardComesBack() : window_(QApplication::activeWindow()), widget_(QApplication::focusWidget()) {}
+    ~KeyboardComesBack() {
+        if (window_) window_->activateWindow();
+        if (widget_) widget_->setFocus(Qt::OtherFocusReason);
+    }
+    KeyboardComesBack(const KeyboardComesBack&) = delete;
+    KeyboardComesBack& operator=(const KeyboardComesBack&) = delete;
+
+private:
+    QPointer<QWidget> window_;
+    QPointer<QWidget> widget_;
+};
+
+} // namespace
+
 void QtFrontend::RunModal(ui::Screen& screen) {
+    KeyboardComesBack back;
     ScreenDialog dialog(screen, DialogParent());
     dialog.View().Act([&] { screen.RunActivate(); });
     dialog.exec();
@@ -145,6 +169,7 @@ int QtFrontend::Message(const std::string& prompt, const std::string& options,
     else if (style == "W") icon = QMessageBox::Warning;
     else if (style == "Q") icon = QMessageBox::Question;
     const bool yesNo = options == "2";
+    KeyboardComesBack back;
     QMessageBox box(icon, QStringLiteral("QX Desk"), ToQString(prompt),
                     yesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok, DialogParent());
     box.setDefaultButton(yesNo ? QMessageBox::Yes : QMessageBox::Ok);
