@@ -251,7 +251,9 @@ struct IndexSpec {
 };
 
 // What every save and every report reads: documents by date and series, lines by document and
-// by product, ledger rows by transaction type and date and by account and date, names.
+// by product, ledger rows by transaction type and date, by account and date and by voucher
+// (the next voucher's number, a voucher deleted to be written again), narrations by their text
+// (every voucher row looks its narration up), names.
 const std::vector<IndexSpec> kIndexes = {
     {"DOCMAIN", {"DOCDATE", "DOCSERIES"}},
     {"DOCMAIN", {"DOCSERIESID", "DOCNUMBER"}},
@@ -259,6 +261,8 @@ const std::vector<IndexSpec> kIndexes = {
     {"DOCDATA", {"PRODUCTID"}},
     {"FADATA", {"DTRNTYPE", "DVCHDATE"}},
     {"FADATA", {"DCD", "DVCHDATE"}},
+    {"FADATA", {"VOUCHERID"}},
+    {"FANAR", {"NARRATION"}},
     {"FAMASTER", {"MHD"}},
     {"STKMASTER", {"QMHD"}},
 };

@@ -22,6 +22,7 @@ inline constexpr std::array kSchemaHistory = {
     SchemaVersion{2, "account groups FAGROUPS, filled with the chart's standard groups"},
     SchemaVersion{3, "series set-up DOCCOLUMNS, DOCBOXES, DOCCHARGES, numbering and voucher of "
                      "DOCCONFIG; applied charges DOCCHARGEDATA; sale type and voucher of DOCMAIN"},
+    SchemaVersion{4, "indexes of ledger rows by voucher and of narrations by their text"},
 };
 inline constexpr int kHostSchemaVersion = kSchemaHistory.back().version;
 
