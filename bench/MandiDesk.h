@@ -48,15 +48,7 @@ public:
 
     // A look-up box: F2 lists its choices and the user takes the one of that text.
     void Choose(desk::DocumentScreen& screen, ui::TextBox& box, const std::string& text) {
-        frontend.QueueModal([text](ui::Screen& list) {
-            auto& grid = list.Get<ui::Grid>(desk::kSelectListGrid);
-            for (int row = 1; row < grid.Rows(); ++row)
-                if (grid.TextMatrix(row, 0) == text) {
-                    grid.SetCurrent(row, 0);
-                    list.Get<ui::StdButtons>(desk::kSelectListButtons).Click(0);
-                    return;
-                }
-        });
+        frontend.QueueModal([text](ui::Screen& list) { desk::ChooseInList(list, text); });
         screen.Focus(box);
         screen.KeyDown({.key = ui::Key::F2});
         if (box.Text() != text)

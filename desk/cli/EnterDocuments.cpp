@@ -53,15 +53,7 @@ private:
             }
             // A box with a look-up is chosen from its list, as with F2; its list is the very
             // next dialog, whatever other dialogs the document expects later.
-            frontend_.QueueModalNext([text](ui::Screen& list) {
-                auto& grid = list.Get<ui::Grid>(desk::kSelectListGrid);
-                for (int row = 1; row < grid.Rows(); ++row)
-                    if (grid.TextMatrix(row, 0) == text) {
-                        grid.SetCurrent(row, 0);
-                        list.Get<ui::StdButtons>(desk::kSelectListButtons).Click(0);
-                        return;
-                    }
-            });
+            frontend_.QueueModalNext([text](ui::Screen& list) { desk::ChooseInList(list, text); });
             screen_.Focus(*box);
             box->OnLookup();
             if (box->Text() != text) throw Refused("there is no " + box->Caption() + " \"" + text + "\"");

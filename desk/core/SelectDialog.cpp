@@ -80,4 +80,15 @@ std::int64_t SelectListDialog::SelectedValue() const {
     return selected_ >= 1 ? entries_[selected_ - 1].value : 0;
 }
 
+bool ChooseInList(ui::Screen& list, std::string_view text) {
+    auto& grid = list.Get<ui::Grid>(kSelectListGrid);
+    for (int row = 1; row < grid.Rows(); ++row)
+        if (grid.TextMatrix(row, 0) == text) {
+            grid.SetCurrent(row, 0);
+            list.Get<ui::StdButtons>(kSelectListButtons).Click(0);
+            return true;
+        }
+    return false;
+}
+
 } // namespace qx::desk

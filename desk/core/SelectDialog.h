@@ -29,6 +29,10 @@ private:
     int selected_ = 0;
 };
 
+// What a user does on a list dialog shown without a window (scripts, tests): takes the entry
+// of that text with OK. False, the dialog left open, when there is no such entry.
+bool ChooseInList(ui::Screen& list, std::string_view text);
+
 // Names of the dialog's controls, for those who drive it (tests, scripts).
 inline constexpr const char* kSelectListScreen = "SelectList";
 inline constexpr const char* kSelectListGrid = "List";

@@ -55,16 +55,22 @@ protected:
         return texts;
     }
 
+    // Rows of a query, each as its fields joined by "|".
+    std::vector<std::string> Rows(const std::string& sql) {
+        std::vector<std::string> rows;
+        auto set = Db().OpenRecordset(sql);
+        for (; !set->EndOfRows(); set->MoveNext()) {
+            std::string line;
+            for (int i = 0; i < set->FieldCount(); ++i) line += (i ? "|" : "") + set->Field(i).AsText();
+            rows.push_back(line);
+        }
+        return rows;
+    }
+
     // The next selection list: choose the entry with that text (or cancel when empty).
     void ChooseInNextList(const std::string& text) {
         frontend.QueueModal([text](ui::Screen& screen) {
-            auto& list = screen.Get<ui::Grid>(desk::kSelectListGrid);
-            for (int row = 1; row < list.Rows(); ++row)
-                if (list.TextMatrix(row, 0) == text) {
-                    list.SetCurrent(row, 0);
-                    screen.Get<ui::StdButtons>(desk::kSelectListButtons).Click(0);
-                    return;
-                }
+            if (desk::ChooseInList(screen, text)) return;
             ADD_FAILURE() << "no entry " << text << " in the list";
         });
     }
