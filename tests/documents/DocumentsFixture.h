@@ -218,21 +218,6 @@ protected:
     }
 
 
-    // Types a line cell by cell, by column key, leaving each cell as Enter does; false when a
-    // cell was refused.
-    static bool TypeLine(desk::DocumentScreen& screen, int row,
-                         const std::vector<std::pair<std::string, std::string>>& cells) {
-        auto& grid = screen.Grid();
-        for (const auto& [key, text] : cells) {
-            if (!grid.MoveTo(row, screen.Member("COL_" + key)))
-                return false;
-            grid.Type(text);
-        }
-        return grid.Commit();
-    }
-    static const std::string& Cell(desk::DocumentScreen& screen, int row, const std::string& key) {
-        return screen.Grid().TextMatrix(row, screen.Member("COL_" + key));
-    }
 
     // The first document of the tests: two items of two categories, in bags.
     void TypeWheatAndMoong(desk::DocumentScreen& screen) {
@@ -254,18 +239,6 @@ protected:
 
     bool Press(desk::DocumentScreen& screen, ui::Key key) { return screen.KeyDown({.key = key}); }
 
-    // Rows of a query, each as its fields joined by "|".
-    Strings Rows(const std::string& sql) {
-        Strings rows;
-        auto set = Db().OpenRecordset(sql);
-        for (; !set->EndOfRows(); set->MoveNext()) {
-            std::string line;
-            for (int i = 0; i < set->FieldCount(); ++i)
-                line += (i ? "|" : "") + set->Field(i).AsText();
-            rows.push_back(line);
-        }
-        return rows;
-    }
 
     // Everything a save or a delete writes, whole.
     Strings Company() {

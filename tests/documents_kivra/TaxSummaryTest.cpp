@@ -7,16 +7,16 @@ using namespace qx;
 
 namespace {
 
-using Rows = std::vector<std::vector<std::string>>;
+using SummaryRows = std::vector<std::vector<std::string>>;
 
 class TaxSummaryTest : public test::KivraDocFixture {
 protected:
     void SetUp() override { Open(); }
 
-    Rows Summary() {
+    SummaryRows Summary() {
         doc->Raise([](DocumentEvents& e) { e.UpdateTotals2(); });
         const auto& grid = doc->GridInfo();
-        Rows rows;
+        SummaryRows rows;
         for (int row = 0; row < grid.Rows(); ++row) {
             auto& cells = rows.emplace_back();
             for (int col = 0; col < grid.Cols(); ++col) cells.push_back(grid.TextMatrix(row, col));
@@ -26,7 +26,7 @@ protected:
 };
 
 // Item 1: market fee 1.5, R.D.F. 2, cancer fund 0.5, P.I.D.F. 1, purchase tax 4.
-const Rows kOnTenThousand = {
+const SummaryRows kOnTenThousand = {
     {"Tax Type", "Rate %", "Charged on", "Tax Amount"},
     {"M.Fee", "1.5", "10,000.00", "150.00"},
     {"R.D.F.", "2", "10,000.00", "200.00"},
@@ -59,7 +59,7 @@ TEST_F(TaxSummaryTest, PurchaseTaxEndsWithGst) {
     doc->docDate = Date::FromYmd(2017, 6, 30);
     EXPECT_EQ(Summary(), kOnTenThousand);
     doc->docDate = Date::FromYmd(2017, 7, 1);
-    EXPECT_EQ(Summary(), Rows(kOnTenThousand.begin(), kOnTenThousand.end() - 1));
+    EXPECT_EQ(Summary(), SummaryRows(kOnTenThousand.begin(), kOnTenThousand.end() - 1));
 }
 
 TEST_F(TaxSummaryTest, OtherFormsLeaveTheSummaryAlone) {
@@ -71,7 +71,7 @@ TEST_F(TaxSummaryTest, OtherFormsLeaveTheSummaryAlone) {
          {std::tuple{"Sale", "*IForm*", ""}, {"Purchase", "", "Outside"}, {"Sale", "", ""}}) {
         SelectSeries(docType, properties, subSeries);
         Line(1, {{"COL_STK_CODE", "1"}, {"COL_CUSTOMER_ID", "SELF"}, {"COL_AMOUNT", "10,000.00"}});
-        EXPECT_EQ(Summary(), (Rows{{"Host's own"}, {"kept"}}))
+        EXPECT_EQ(Summary(), (SummaryRows{{"Host's own"}, {"kept"}}))
             << docType << properties << subSeries;
     }
 }

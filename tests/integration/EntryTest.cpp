@@ -3,7 +3,10 @@
 #include "MandiCompany.h"
 
 using qx::test::Box;
+using qx::test::Cell;
+using qx::test::Cells;
 using qx::test::TypeBox;
+using qx::test::TypeLine;
 
 using namespace qx;
 using test::Strings;

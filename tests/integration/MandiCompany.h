@@ -15,10 +15,13 @@
 #include <utility>
 #include <vector>
 
+using qx::test::Cell;
+using qx::test::Cells;
+using qx::test::TypeLine;
+
 namespace qx::test {
 
 using Strings = std::vector<std::string>;
-using Cells = std::vector<std::pair<std::string, std::string>>;
 
 class MandiCompany : public DeskFixture {
 protected:
@@ -61,20 +64,6 @@ protected:
         ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_NO"), form));
     }
 
-    // Types a line cell by cell, by column key, leaving each cell as Enter does; false when a
-    // cell was refused.
-    static bool TypeLine(desk::DocumentScreen& screen, int row, const Cells& cells) {
-        auto& grid = screen.Grid();
-        for (const auto& [key, text] : cells) {
-            if (!grid.MoveTo(row, screen.Member("COL_" + key)))
-                return false;
-            grid.Type(text);
-        }
-        return grid.Commit();
-    }
-    static const std::string& Cell(desk::DocumentScreen& screen, int row, const std::string& key) {
-        return screen.Grid().TextMatrix(row, screen.Member("COL_" + key));
-    }
     // The cells of a line, by column key.
     static Strings Line(desk::DocumentScreen& screen, int row, const Strings& keys) {
         Strings cells;
@@ -115,18 +104,6 @@ protected:
         return screen.KeyDown({.key = key});
     }
 
-    // Rows of a query, each as its fields joined by "|".
-    Strings Rows(const std::string& sql) {
-        Strings rows;
-        auto set = Db().OpenRecordset(sql);
-        for (; !set->EndOfRows(); set->MoveNext()) {
-            std::string line;
-            for (int i = 0; i < set->FieldCount(); ++i)
-                line += (i ? "|" : "") + set->Field(i).AsText();
-            rows.push_back(line);
-        }
-        return rows;
-    }
 
 private:
     static constexpr const char* kCompany[] = {

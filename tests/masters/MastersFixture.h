@@ -86,18 +86,6 @@ protected:
         return GridOf(master).TextMatrix(row, master.ColumnOf(field));
     }
 
-    // Rows of a query, each as its fields joined by "|".
-    std::vector<std::string> Rows(const std::string& sql) {
-        std::vector<std::string> rows;
-        auto set = Db().OpenRecordset(sql);
-        for (; !set->EndOfRows(); set->MoveNext()) {
-            std::string line;
-            for (int i = 0; i < set->FieldCount(); ++i)
-                line += (i ? "|" : "") + set->Field(i).AsText();
-            rows.push_back(line);
-        }
-        return rows;
-    }
 
     // The one message shown since the last call, which must be a warning; cleared.
     std::string TakeWarning() {

@@ -65,6 +65,18 @@ protected:
         ASSERT_TRUE(QTest::qWaitForWindowActive(&frontend.Window()));
     }
 
+    // The demo company, made as `qx demo` makes it, open with the host's screens and the
+    // modules plugged in.
+    void OpenDemoCompany(const test::TempFolder& folder) {
+        const auto company = folder.Path() / "demo.kdb";
+        std::ostringstream out, err;
+        ASSERT_EQ(cli::Run({"demo", company.string()}, out, err), 0) << err.str();
+        desk::RegisterHostMasters(app);
+        desk::RegisterHostDocuments(app);
+        app.LoadModules(std::getenv("QX_MODULES_DIR"));
+        app.OpenCompany(company);
+    }
+
     QAction* MenuAction(const QString& menuTitle, const QString& text) {
         for (QAction* menu : frontend.Window().menuBar()->actions())
             if (menu->text() == menuTitle && menu->menu())
@@ -297,13 +309,7 @@ namespace {
 // them at the counter.
 TEST_F(QtDesk, JFormAndIFormOnTheEntryScreen) {
     test::TempFolder folder;
-    const auto company = folder.Path() / "demo.kdb";
-    std::ostringstream out, err;
-    ASSERT_EQ(cli::Run({"demo", company.string()}, out, err), 0) << err.str();
-    desk::RegisterHostMasters(app);
-    desk::RegisterHostDocuments(app);
-    app.LoadModules(std::getenv("QX_MODULES_DIR"));
-    app.OpenCompany(company);
+    ASSERT_NO_FATAL_FAILURE(OpenDemoCompany(folder));
     frontend.Window().resize(1440, 860);
 
     auto shoot = [&](const std::string& menuKey, std::int32_t documentId, const std::string& file) {
@@ -361,13 +367,7 @@ namespace {
 // A J-Form typed at the keyboard on the desktop: each cell takes the keys typed after Enter.
 TEST_F(QtDesk, AJFormTypedAtTheKeyboard) {
     test::TempFolder folder;
-    const auto company = folder.Path() / "demo.kdb";
-    std::ostringstream out, err;
-    ASSERT_EQ(cli::Run({"demo", company.string()}, out, err), 0) << err.str();
-    desk::RegisterHostMasters(app);
-    desk::RegisterHostDocuments(app);
-    app.LoadModules(std::getenv("QX_MODULES_DIR"));
-    app.OpenCompany(company);
+    ASSERT_NO_FATAL_FAILURE(OpenDemoCompany(folder));
     app.ClickMenu("JForms");
     auto screen = std::dynamic_pointer_cast<desk::DocumentScreen>(app.OpenScreens().back());
     ASSERT_NE(screen, nullptr);

@@ -5,6 +5,8 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace qx::test {
 
@@ -21,6 +23,24 @@ inline ui::TextBox& Box(desk::DocumentScreen& screen, const std::string& name) {
     for (ui::TextBox* box : screen.TXPUDI())
         if (box->ExtVal().GetValue("Name").AsText() == name) return *box;
     throw std::logic_error("no box " + name);
+}
+
+// A line's cells by column key ("QUANTITY"), in the order they are typed.
+using Cells = std::vector<std::pair<std::string, std::string>>;
+
+// Types a line cell by cell, by column key, leaving each cell as Enter does; false when a
+// cell was refused.
+inline bool TypeLine(desk::DocumentScreen& screen, int row, const Cells& cells) {
+    auto& grid = screen.Grid();
+    for (const auto& [key, text] : cells) {
+        if (!grid.MoveTo(row, screen.Member("COL_" + key))) return false;
+        grid.Type(text);
+    }
+    return grid.Commit();
+}
+
+inline const std::string& Cell(desk::DocumentScreen& screen, int row, const std::string& key) {
+    return screen.Grid().TextMatrix(row, screen.Member("COL_" + key));
 }
 
 } // namespace qx::test
