@@ -52,6 +52,9 @@ ScreenWidget::ScreenWidget(ui::Screen& screen, QWidget* parent)
 }
 
 ScreenWidget::~ScreenWidget() {
+    // QWidget's destructor hides the widget, which moves the focus: by then this is no longer
+    // a ScreenWidget, so the focus must not reach FocusMoved.
+    disconnect(qApp, nullptr, this, nullptr);
     if (screen_.View() == this) screen_.SetView(nullptr);
 }
 
