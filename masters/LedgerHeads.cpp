@@ -36,8 +36,9 @@ const VatRate* FindVatRate(std::int32_t code) {
 
 bool IsFarmProduce(std::string_view itemName) {
     // Byte-wise is enough: a name with a non-Latin letter among its first six characters
-    // cannot read as one of these words either way.
-    auto commodity = qx::UpperCase(qx::Trim(itemName.substr(0, 6)));
+    // cannot read as one of these words either way. The words are compared as they stand,
+    // letter case included: "Wheat Dara" is not the commodity WHEAT.
+    const auto commodity = qx::Trim(itemName.substr(0, 6));
     return commodity == "PADDY" || commodity == "WHEAT" || commodity == "COTTON";
 }
 

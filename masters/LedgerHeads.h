@@ -43,7 +43,7 @@ const VatRate* FindVatRate(std::int32_t code);
 
 // Paddy, wheat and cotton bought from farmers have a purchase class of their own. The
 // commodity is read from the first six characters of the item's name, so that "WHEAT DARA"
-// is wheat and "WHEATS" is not.
+// is wheat and "WHEATS" is not; nor is "Wheat Dara", in small letters.
 bool IsFarmProduce(std::string_view itemName);
 
 // Finds or creates heads by name, in upper case, among the heads without a sub-type

@@ -115,9 +115,10 @@ Proposal ProposeSale(const std::string& item, SeriesKind kind, qx::Amount series
 }
 
 // The class of a tax account follows the tax its name says: "C.S.T.", "INPUT VAT", others.
+// The name is read as typed, letter case included: "Input Vat" is not INPUT VAT.
 std::int32_t TaxAccountClass(const std::string& name) {
     std::string bare;
-    std::ranges::copy_if(qx::UpperCase(name), std::back_inserter(bare),
+    std::ranges::copy_if(name, std::back_inserter(bare),
                          [](char c) { return c != ' ' && c != '.'; });
     if (bare == "CST") return 601;
     if (bare == "INPUTVAT") return 602;

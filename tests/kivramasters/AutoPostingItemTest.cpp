@@ -8,7 +8,7 @@ using namespace qx;
 
 namespace {
 
-enum Item { kWheat = 1, kMustardOil, kGur, kOddItem };
+enum Item { kWheat = 1, kMustardOil, kGur, kOddItem, kWheatDara };
 
 struct TestItem {
     Item code;
@@ -19,7 +19,9 @@ struct TestItem {
 const TestItem kItems[] = {{kWheat, "WHEAT", 1, 104},
                            {kMustardOil, "MUSTARD OIL", 2, 1125},
                            {kGur, "GUR", 1, 100},
-                           {kOddItem, "ODD ITEM", 1, 999}};
+                           {kOddItem, "ODD ITEM", 1, 999},
+                           // Named in small letters: not the commodity WHEAT.
+                           {kWheatDara, "Wheat Dara", 1, 104}};
 
 // What the four boxes show: account, tax account, trading account, VAT class.
 using Shown = std::vector<std::string>;
@@ -107,6 +109,8 @@ TEST_F(AutoPostingItemTest, ProposesAccountsAndClassesForEveryKindOfSeries) {
         {"Purchase", "Interstate", "0", false, kGur, "PURCHASE GUR INTERSTATE TAX-FREE", "", "Class 302"},
         {"Purchase", "Outside", "0", false, kOddItem, "PURCHASE ODD ITEM OUTSIDE", "", "Class 305"},
         {"Purchase", "Cash", "0", false, kMustardOil, "PURCHASE MUSTARD OIL", "", "Class 308"},
+        {"Purchase", "Cash", "0", false, kWheat, "PURCHASE WHEAT", "", "Class 390"},
+        {"Purchase", "Cash", "0", false, kWheatDara, "PURCHASE Wheat Dara", "", "Class 308"},
         // Interstate sales go by the series' own rate, local sales by the item's.
         {"Sale", "Interstate", "4", false, kWheat, "SALES WHEAT INTERSTATE 4", "C.S.T.", "Class 106"},
         {"Sale", "To Centre", "5.5", false, kWheat, "SALES WHEAT INTERSTATE 5.5", "C.S.T.", "Class 805"},
@@ -151,10 +155,16 @@ TEST_F(AutoPostingItemTest, OkCreatesTheAccountsAndKeepsOneRowPerSeriesAndCatego
     EXPECT_EQ(Heads().size(), 4u);
     EXPECT_EQ(StoredRows(outside), std::vector<std::string>{"1: 502 330 503 602"});
 
-    // An item of another category has a row of its own and shares the tax account.
-    ASSERT_TRUE(SaveProposal(kMustardOil, outside));
+    // An item of another category has a row of its own and shares the tax account. Its class
+    // follows the name exactly as typed: "Input Vat" is not INPUT VAT.
+    ASSERT_TRUE(Edit(kMustardOil, outside, [](ui::Screen& screen) {
+        screen.Get<ui::Button>("btnAutoGen").Click();
+        screen.Get<ui::TextBox>("txpTaxAc").Type("Input Vat");
+        screen.Get<ui::StdButtons>("btnOKCancel").Click(0);
+    }));
     EXPECT_EQ(StoredRows(outside),
-              (std::vector<std::string>{"1: 502 330 503 602", "2: 505 340 503 602"}));
+              (std::vector<std::string>{"1: 502 330 503 602", "2: 505 340 503 603"}));
+    EXPECT_EQ(ClassesOf(503), (std::vector<long>{602, 603}));
 
     // A sale series files its accounts under sales and liabilities; C.S.T. has its class.
     int interstate = AddSeries("Sale", "Interstate", "4");

@@ -4,6 +4,8 @@
 
 #include "masters/frmKivraRates.h"
 
+#include "host/Text.h"
+
 using namespace qx;
 
 namespace {
@@ -209,14 +211,17 @@ TEST_F(KivraRatesTest, PurchaseClassFollowsTheCommodityUnlessTaxFree) {
     int code = 10;
     for (const auto& c : std::vector<Case>{{"WHEAT DARA", "VAT 4%", 130, 390},
                                            {"WHEATS", "VAT 4%", 130, 308},
+                                           {"Wheat Desi", "VAT 4%", 130, 308},
                                            {"COTTON SEED", "VAT 8%", 137, 390},
                                            {"PADDY", "Tax-Free", 111, 305}}) {
         SCOPED_TRACE(c.item);
         AddItem(++code, c.item);
         ASSERT_TRUE(SaveRates(code, c.item, c.vatRate, true));
-        auto heads = Heads();
-        EXPECT_EQ(ClassesOf(heads["SALES " + c.item].code), std::vector<long>{c.salesClass});
-        EXPECT_EQ(ClassesOf(heads["PURCHASE " + c.item].code), std::vector<long>{c.purchaseClass});
+        auto heads = Heads(); // named in upper case
+        EXPECT_EQ(ClassesOf(heads["SALES " + UpperCase(c.item)].code),
+                  std::vector<long>{c.salesClass});
+        EXPECT_EQ(ClassesOf(heads["PURCHASE " + UpperCase(c.item)].code),
+                  std::vector<long>{c.purchaseClass});
     }
 }
 
