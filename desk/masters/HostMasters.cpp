@@ -25,8 +25,28 @@ MasterColumn NameColumn(std::string field, std::string caption, int maxLength) {
             .maxLength = maxLength};
 }
 
-// Series set up to post a VAT category's goods to chosen accounts with chosen VAT classes.
-constexpr const char* kPostingSetUp = "the posting set-up of series";
+// What names the desk's records, as a refusal to delete one counts it.
+const UseKind kDocuments{"document", "documents"};
+const UseKind kLedgerRows{"ledger row", "ledger rows"};
+const UseKind kSeries{"series", "series"};
+const UseKind kAccounts{"account", "accounts"};
+const UseKind kItems{"item", "items"};
+// A series set up to post a VAT category's goods to chosen accounts with chosen VAT classes.
+const UseKind kPostingSetUps{"posting set-up of a series", "posting set-ups of series"};
+
+MasterReference InDocuments(std::string table, std::string field) {
+    return {std::move(table), std::move(field), "DOCUMENTID", kDocuments};
+}
+MasterReference InSeries(std::string table, std::string field) {
+    return {std::move(table), std::move(field), "SERIESID", kSeries};
+}
+MasterReference InPostingSetUps(std::string field) {
+    return {"VATCATEGORYTAXRATES", std::move(field), "SERIESID, VATCTGNO", kPostingSetUps};
+}
+MasterReference InAccounts(std::string field, std::string code = "MCD",
+                           std::string table = "FAMASTER") {
+    return {std::move(table), std::move(field), std::move(code), kAccounts};
+}
 
 MasterDefinition VatCategories() {
     return {.key = "VatCategories",
@@ -35,8 +55,8 @@ MasterDefinition VatCategories() {
             .noun = "VAT category",
             .keyColumn = CodeColumn("CTGNO"),
             .nameColumn = NameColumn("CTGNAME", "Category Name", 60),
-            .references = {{"STKMASTER", "QVATCTGNO", "items"},
-                           {"VATCATEGORYTAXRATES", "VATCTGNO", kPostingSetUp}}};
+            .references = {{"STKMASTER", "QVATCTGNO", "QMCD", kItems},
+                           InPostingSetUps("VATCTGNO")}};
 }
 
 // The numbers of VAT classes are the chart's own (111 tax-free sales, 305 tax-free
@@ -57,9 +77,8 @@ MasterDefinition VatClasses() {
                      .width = 1000,
                      .maxLength = 4,
                      .choices = {"S", "P", "O"}}},
-        .references = {{"VATMASTER", "VATCODE", "accounts"},
-                       {"VATCATEGORYTAXRATES", "SALEVATCLASSCODE", kPostingSetUp},
-                       {"VATCATEGORYTAXRATES", "TAXVATCLASSCODE", kPostingSetUp}}};
+        .references = {InAccounts("VATCODE", "CODE", "VATMASTER"),
+                       InPostingSetUps("SALEVATCLASSCODE"), InPostingSetUps("TAXVATCLASSCODE")}};
 }
 
 MasterDefinition AccountGroups() {
@@ -75,7 +94,7 @@ MasterDefinition AccountGroups() {
                          .width = 800,
                          .maxLength = 1,
                          .choices = {"A", "L", "I", "E"}}},
-            .references = {{"FAMASTER", "MBSHNO", "accounts"}}};
+            .references = {InAccounts("MBSHNO")}};
 }
 
 // An account's print head goes with it: ledgers and vouchers print an account under its
@@ -146,12 +165,17 @@ MasterDefinition Accounts() {
             // Ledger 7, group 4: where the chart files every account, as modules file the heads
             // they create.
             .newRecordValues = {{"MLGRNO", 7}, {"MGRPNO", 4}},
-            .references = {{"FADATA", "DCD", "ledger entries"},
-                           {"DOCMAIN", "PARTYCODE", "documents"},
-                           {"DOCDATA", "CUSTOMERID", "documents"},
-                           {"FAMASTER", "MTRDNO", "accounts"},
-                           {"VATCATEGORYTAXRATES", "SALEPOSTINGCODE", kPostingSetUp},
-                           {"VATCATEGORYTAXRATES", "TAXPOSTINGCODE", kPostingSetUp}},
+            // A document's party, its lines' parties, the heads of its charges; the series'
+            // sale account and charge heads; heads filed under a trading account.
+            .references = {InDocuments("DOCMAIN", "PARTYCODE"),
+                           InDocuments("DOCDATA", "CUSTOMERID"),
+                           InDocuments("DOCCHARGEDATA", "HEADCODE"),
+                           {"FADATA", "DCD", "VOUCHERID, DSRNO", kLedgerRows},
+                           InSeries("DOCCONFIG", "DOCCODESALE"),
+                           InSeries("DOCCHARGES", "HEADCODE"),
+                           InAccounts("MTRDNO"),
+                           InPostingSetUps("SALEPOSTINGCODE"),
+                           InPostingSetUps("TAXPOSTINGCODE")},
             .afterSave = KeepPrintHead,
             .afterDelete = DropPrintHeadAndVatClasses};
 }
@@ -215,7 +239,7 @@ MasterDefinition Items(DeskApp& app) {
                      .kind = ColumnKind::Lookup,
                      .lookup = LookupInto(VatCategories())},
                     {.field = "QUNIT", .caption = "Unit", .width = 1000, .maxLength = 10}},
-        .references = {{"DOCDATA", "PRODUCTID", "documents"}}};
+        .references = {InDocuments("DOCDATA", "PRODUCTID")}};
     // Read when the screen is made, so that a change of the setting shows on the next opening.
     const auto setting = app.DeskSession().FirmSettings().GetValue("ItemForms").AsText();
     for (ItemForm& form : ItemForms(setting))

@@ -39,11 +39,20 @@ struct MasterColumn {
     LookupTarget lookup{};              // ColumnKind::Lookup only
 };
 
-// A table that refers to a master's records: a record in use there is not deleted.
+// What uses a master's records, as the refusal to delete one counts it: "12 documents".
+struct UseKind {
+    std::string one;  // "document"
+    std::string many; // "documents"
+};
+
+// A column that names a master's record by its key: a record in use there is not deleted.
+// The uses of one kind are counted together, each once (a document whose party is also the
+// buyer of its lines is one document).
 struct MasterReference {
     std::string table;
     std::string field;
-    std::string usedIn; // "documents": "<NAME> is used in documents and cannot be deleted."
+    std::string use; // the columns that tell one use from another: "DOCUMENTID"
+    UseKind kind;
 };
 
 struct SavedRecord {

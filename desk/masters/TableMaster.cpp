@@ -26,11 +26,11 @@ bool AllDigits(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
-// "S, P or O"
-std::string ChoiceList(const std::vector<std::string>& choices) {
+// "S, P or O"; "2 documents and 1 ledger row"
+std::string Listed(const std::vector<std::string>& items, const std::string& last) {
     std::string list;
-    for (std::size_t i = 0; i < choices.size(); ++i)
-        list += (i == 0 ? "" : i + 1 == choices.size() ? " or " : ", ") + choices[i];
+    for (std::size_t i = 0; i < items.size(); ++i)
+        list += (i == 0 ? "" : i + 1 == items.size() ? " " + last + " " : ", ") + items[i];
     return list;
 }
 
@@ -323,7 +323,7 @@ std::string TableMaster::AcceptText(const MasterColumn& column, std::string& tex
                (column.digitsOnly ? " digits." : " characters.");
     if (!column.choices.empty() &&
         std::find(column.choices.begin(), column.choices.end(), text) == column.choices.end())
-        return column.caption + " must be " + ChoiceList(column.choices) + ".";
+        return column.caption + " must be " + Listed(column.choices, "or") + ".";
     return {};
 }
 
@@ -447,8 +447,9 @@ void TableMaster::DeleteRow() {
         return;
     if (const auto code = SavedKey(row); code != 0) {
         const std::string name = grid_.TextMatrix(row, ColumnOf(definition_.nameColumn.field));
-        if (auto usedIn = UsedIn(code); !usedIn.empty()) {
-            Warn(name + " is used in " + usedIn + " and cannot be deleted.");
+        // Refused before the question: the user is not asked about what cannot go.
+        if (auto refusal = InUse(name, code); !refusal.empty()) {
+            Warn(refusal);
             return;
         }
         grid_.SetRowColour(row, 255);
@@ -457,13 +458,10 @@ void TableMaster::DeleteRow() {
         grid_.SetRowColour(row, 0);
         if (!confirmed)
             return;
-        auto& db = Db();
-        Transaction unit(db);
-        db.ExecuteSql("DELETE FROM " + definition_.table + " WHERE " +
-                      definition_.keyColumn.field + "=" + std::to_string(code));
-        if (definition_.afterDelete)
-            definition_.afterDelete(db, code);
-        unit.Commit();
+        if (auto refusal = DeleteRecord(name, code); !refusal.empty()) {
+            Warn(refusal);
+            return;
+        }
     }
     // A row never saved goes without a question.
     grid_.SetRedraw(false);
@@ -472,14 +470,47 @@ void TableMaster::DeleteRow() {
     grid_.SetRedraw(true);
 }
 
-std::string TableMaster::UsedIn(std::int64_t code) {
-    for (const MasterReference& reference : definition_.references) {
-        auto uses = Db().OpenRecordset("SELECT COUNT(*) FROM " + reference.table + " WHERE " +
-                                       reference.field + "=" + std::to_string(code));
-        if (uses->Field(0).AsLong() > 0)
-            return reference.usedIn;
-    }
+std::string TableMaster::DeleteRecord(const std::string& name, std::int64_t code) {
+    auto& db = Db();
+    Transaction unit(db);
+    // Decided again inside the unit that deletes: another desk or qx may have put the record
+    // to use while the question was on the screen.
+    auto refusal = InUse(name, code);
+    if (!refusal.empty())
+        return refusal; // the unit rolls back before the user is told
+    db.ExecuteSql("DELETE FROM " + definition_.table + " WHERE " + definition_.keyColumn.field +
+                  "=" + std::to_string(code));
+    if (definition_.afterDelete)
+        definition_.afterDelete(db, code);
+    unit.Commit();
     return {};
+}
+
+std::string TableMaster::InUse(const std::string& name, std::int64_t code) {
+    // Per kind of use, in the order the definition first names it: the uses of its columns.
+    std::vector<std::pair<const UseKind*, std::string>> usesByKind;
+    for (const MasterReference& reference : definition_.references) {
+        auto kind = std::find_if(usesByKind.begin(), usesByKind.end(), [&](const auto& entry) {
+            return entry.first->many == reference.kind.many;
+        });
+        if (kind == usesByKind.end())
+            kind = usesByKind.insert(usesByKind.end(), {&reference.kind, ""});
+        if (!kind->second.empty())
+            kind->second += " UNION ";
+        kind->second += "SELECT DISTINCT " + reference.use + " FROM " + reference.table +
+                        " WHERE " + reference.field + "=" + std::to_string(code);
+    }
+    std::vector<std::string> counted;
+    for (const auto& [kind, uses] : usesByKind) {
+        // Each use once: a document of several lines, or one named by several columns.
+        const auto count =
+            Db().OpenRecordset("SELECT COUNT(*) FROM (" + uses + ") USES")->Field(0).AsLong();
+        if (count > 0)
+            counted.push_back(std::to_string(count) + " " + (count == 1 ? kind->one : kind->many));
+    }
+    if (counted.empty())
+        return {};
+    return name + " is used by " + Listed(counted, "and") + "; it cannot be deleted.";
 }
 
 void TableMaster::Lookup() {

@@ -70,7 +70,11 @@ private:
     bool SaveRow(int row);
     void WriteRow(int row, SavedRecord& record);
     void DeleteRow();
-    std::string UsedIn(std::int64_t code);
+    // The refusal to delete the record, or empty when it was deleted.
+    std::string DeleteRecord(const std::string& name, std::int64_t code);
+    // The refusal to delete a record that something uses, saying what and how much; empty
+    // when nothing uses it.
+    std::string InUse(const std::string& name, std::int64_t code);
     void Lookup();
     void PrintList(PrintMode mode);
     void RunAction(const MasterAction& action);

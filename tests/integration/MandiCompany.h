@@ -64,6 +64,33 @@ protected:
         ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_NO"), form));
     }
 
+    // Form 12 of book 7 at Khanna: Gurmeet Singh's wheat sold to Bansal Traders, in bags of
+    // 50 kg: 10.50 quintals are 21 bags.
+    desk::DocumentScreen& TypeForm12(const std::string& quantity = "10.50") {
+        auto& screen = OpenMenu("JForms");
+        TypeHeader(screen, "15/04/2024", "gurmeet singh", "KHANNA", "7", "12");
+        EXPECT_TRUE(TypeLine(screen, 1,
+                             {{"PRODUCT_ID", "wheat"},
+                              {"CUSTOMER_ID", "bansal traders"},
+                              {"QTY_PER_BOX", "50"},
+                              {"QUANTITY", quantity},
+                              {"RATE", "2125"}}));
+        return screen;
+    }
+    // Ten bags of wheat, 5 quintals, bought locally from Gurmeet Singh.
+    desk::DocumentScreen& TypeLocalPurchase() {
+        auto& screen = OpenMenu("PurchaseLocal");
+        EXPECT_TRUE(TypeBox(screen, screen.TxpDocDate(), "15/04/2024"));
+        EXPECT_TRUE(TypeBox(screen, screen.TxpCustomer(), "gurmeet singh"));
+        EXPECT_TRUE(TypeLine(screen, 1,
+                             {{"PRODUCT_ID", "wheat"},
+                              {"NO_OF_BOXES", "10"},
+                              {"QTY_PER_BOX", "50"},
+                              {"QUANTITY", "5"},
+                              {"RATE", "2125"}}));
+        return screen;
+    }
+
     // The cells of a line, by column key.
     static Strings Line(desk::DocumentScreen& screen, int row, const Strings& keys) {
         Strings cells;

@@ -19,20 +19,6 @@ const char* const kFractionalBags =
 
 class SaveTest : public test::MandiCompany {
 protected:
-    // Form 12 of book 7 at Khanna: Gurmeet Singh's wheat sold to Bansal Traders, in bags of
-    // 50 kg: 10.50 quintals are 21 bags.
-    desk::DocumentScreen& TypeForm12(const std::string& quantity = "10.50") {
-        auto& screen = OpenMenu("JForms");
-        TypeHeader(screen, "15/04/2024", "gurmeet singh", "KHANNA", "7", "12");
-        EXPECT_TRUE(TypeLine(screen, 1,
-                             {{"PRODUCT_ID", "wheat"},
-                              {"CUSTOMER_ID", "bansal traders"},
-                              {"QTY_PER_BOX", "50"},
-                              {"QUANTITY", quantity},
-                              {"RATE", "2125"}}));
-        return screen;
-    }
-
     Strings SavedForms() {
         return Rows("SELECT DOCUMENTID, DOCSERIES, DOCNUMBER, FORMBOOKNO, FORMNO, MARKETID "
                     "FROM DOCMAIN ORDER BY DOCUMENTID");
@@ -219,15 +205,7 @@ TEST_F(SaveTest, ADeletedFormLeavesNothingBehind) {
 }
 
 TEST_F(SaveTest, ALocalPurchasePostsItsOwnVoucher) {
-    auto& screen = OpenMenu("PurchaseLocal");
-    ASSERT_TRUE(TypeBox(screen, screen.TxpDocDate(), "15/04/2024"));
-    ASSERT_TRUE(TypeBox(screen, screen.TxpCustomer(), "gurmeet singh"));
-    ASSERT_TRUE(TypeLine(screen, 1,
-                         {{"PRODUCT_ID", "wheat"},
-                          {"NO_OF_BOXES", "10"},
-                          {"QTY_PER_BOX", "50"},
-                          {"QUANTITY", "5"},
-                          {"RATE", "2125"}}));
+    auto& screen = TypeLocalPurchase();
     // The purchase's labour is wheat's purchase rate, 4 a bag.
     EXPECT_EQ(Charges(screen), Strings{"LABOUR 4 40.00"});
     ASSERT_TRUE(Press(screen, ui::Key::F10));

@@ -2,6 +2,8 @@
 // driven through their grids and keys as the user drives them.
 #include "MastersFixture.h"
 
+#include <map>
+
 using namespace qx;
 using Strings = std::vector<std::string>;
 
@@ -106,12 +108,14 @@ TEST_F(HostMastersTest, DeletingAsksForAStoredItemAndKeepsOneUsedInDocuments) {
     auto& grid = GridOf(items);
     ASSERT_TRUE(TypeRow(items, {{"QMHD", "WHEAT"}}));
     ASSERT_TRUE(TypeRow(items, {{"QMHD", "PADDY"}}));
-    Db().ExecuteSql("INSERT INTO DOCDATA (DOCUMENTID, REFNO, PRODUCTID) VALUES (1, 1, 1)");
+    // Two lines of one document and a line of another: two documents.
+    Db().ExecuteSql(
+        "INSERT INTO DOCDATA (DOCUMENTID, REFNO, PRODUCTID) VALUES (1, 1, 1), (1, 2, 1), (2, 1, 1)");
 
     // No question is scripted: asking one would fail the test.
     ASSERT_TRUE(grid.MoveTo(1, items.ColumnOf("QMHD")));
     items.KeyDown({ui::Key::F3});
-    EXPECT_EQ(TakeWarning(), "WHEAT is used in documents and cannot be deleted.");
+    EXPECT_EQ(TakeWarning(), "WHEAT is used by 2 documents; it cannot be deleted.");
 
     ASSERT_TRUE(grid.MoveTo(2, items.ColumnOf("QMHD")));
     frontend.QueueAnswer(kAnswerNo);
@@ -238,32 +242,72 @@ TEST_F(HostMastersTest, BadAccountInputIsRefusedWithItsOwnMessage) {
 
 TEST_F(HostMastersTest, AnAccountInTheBooksIsNotDeletedAndAnUnusedOneGoesWithItsHeads) {
     auto& accounts = Open("AcMaster");
-    for (const char* name : {"IN LEDGER", "A PARTY", "A BUYER", "A TRADING HEAD", "UNUSED"})
+    for (const char* name :
+         {"IN THE BOOKS", "A CHARGE HEAD", "A TRADING HEAD", "A POSTING ACCOUNT", "UNUSED"})
         ASSERT_TRUE(TypeRow(accounts, {{"MHD", name}}));
-    Db().ExecuteSql("INSERT INTO FADATA (VOUCHERID, DSRNO, DCD, DAMT) VALUES (1, 1, 1, 100)");
-    Db().ExecuteSql("INSERT INTO DOCMAIN (DOCUMENTID, PARTYCODE) VALUES (1, 2)");
-    Db().ExecuteSql("INSERT INTO DOCDATA (DOCUMENTID, REFNO, CUSTOMERID) VALUES (1, 1, 3)");
-    Db().ExecuteSql("UPDATE FAMASTER SET MTRDNO=4 WHERE MCD=5");
+    // Party of one document and buyer on it and on another, with two ledger rows.
+    Db().ExecuteSql("INSERT INTO DOCMAIN (DOCUMENTID, PARTYCODE) VALUES (1, 1), (2, 9)");
+    Db().ExecuteSql("INSERT INTO DOCDATA (DOCUMENTID, REFNO, CUSTOMERID) VALUES (1, 1, 1), "
+                    "(2, 1, 1)");
+    Db().ExecuteSql("INSERT INTO FADATA (VOUCHERID, DSRNO, DCD, DAMT) VALUES (1, 1, 1, 100), "
+                    "(1, 2, 1, -100)");
+    // A series' charge and its sale account, and a charge applied on a document.
+    Db().ExecuteSql("INSERT INTO DOCCONFIG (SERIESID, DOCCODESALE) VALUES (1, 2)");
+    Db().ExecuteSql("INSERT INTO DOCCHARGES (SERIESID, POSITION, HEADCODE) VALUES (1, 1, 2)");
+    Db().ExecuteSql(
+        "INSERT INTO DOCCHARGEDATA (DOCUMENTID, POSITION, HEADCODE) VALUES (3, 1, 2)");
+    Db().ExecuteSql("UPDATE FAMASTER SET MTRDNO=3 WHERE MCD=5");
+    Db().ExecuteSql("INSERT INTO VATCATEGORYTAXRATES (SERIESID, VATCTGNO, SALEPOSTINGCODE, "
+                    "TAXPOSTINGCODE) VALUES (1, 1, 4, 4)");
     Db().ExecuteSql("INSERT INTO VATMASTER (CODE, VATCODE) VALUES (5, 509)");
 
     auto& grid = GridOf(accounts);
-    const Strings refusals{"IN LEDGER is used in ledger entries and cannot be deleted.",
-                           "A PARTY is used in documents and cannot be deleted.",
-                           "A BUYER is used in documents and cannot be deleted.",
-                           "A TRADING HEAD is used in accounts and cannot be deleted."};
-    for (int row = 1; row <= 4; ++row) {
+    const std::map<std::string, std::string> refusals{
+        {"IN THE BOOKS", "IN THE BOOKS is used by 2 documents and 2 ledger rows; it cannot be "
+                         "deleted."},
+        {"A CHARGE HEAD", "A CHARGE HEAD is used by 1 document and 1 series; it cannot be "
+                          "deleted."},
+        {"A TRADING HEAD", "A TRADING HEAD is used by 1 account; it cannot be deleted."},
+        {"A POSTING ACCOUNT",
+         "A POSTING ACCOUNT is used by 1 posting set-up of a series; it cannot be deleted."}};
+    for (int row = 1; row <= 5; ++row) {
+        const std::string name = Cell(accounts, row, "MHD");
+        if (name == "UNUSED")
+            continue;
         ASSERT_TRUE(grid.MoveTo(row, accounts.ColumnOf("MHD")));
         accounts.KeyDown({ui::Key::F3});
-        EXPECT_EQ(TakeWarning(), refusals[static_cast<std::size_t>(row - 1)]);
+        EXPECT_EQ(TakeWarning(), refusals.at(name));
     }
-    Db().ExecuteSql("UPDATE FAMASTER SET MTRDNO=0 WHERE MCD=5"); // the link would keep head 4
+    Db().ExecuteSql("UPDATE FAMASTER SET MTRDNO=0 WHERE MCD=5"); // the link would keep head 3
 
     ASSERT_TRUE(grid.MoveTo(5, accounts.ColumnOf("MHD")));
+    ASSERT_EQ(Cell(accounts, 5, "MHD"), "UNUSED");
     frontend.QueueAnswer(kAnswerYes);
     accounts.KeyDown({ui::Key::F3});
     EXPECT_EQ(Rows("SELECT MCD FROM FAMASTER ORDER BY MCD"), (Strings{"1", "2", "3", "4"}));
     EXPECT_EQ(Rows("SELECT CODE FROM FAHEADS ORDER BY CODE"), (Strings{"1", "2", "3", "4"}));
     EXPECT_TRUE(Rows("SELECT CODE FROM VATMASTER").empty());
+}
+
+TEST_F(HostMastersTest, AnItemPutToUseWhileItsDeletionIsAskedAboutIsKept) {
+    auto& items = Open("StkMaster");
+    ASSERT_TRUE(TypeRow(items, {{"QMHD", "WHEAT"}}));
+    // Another program on the same company saves a document with the item meanwhile.
+    frontend.OnMessage = [this](const desk::ShownMessage& shown) {
+        if (shown.style != "Q")
+            return;
+        desk::Session other;
+        other.Open(path);
+        other.Database().ExecuteSql(
+            "INSERT INTO DOCDATA (DOCUMENTID, REFNO, PRODUCTID) VALUES (7, 1, 1)");
+    };
+    frontend.QueueAnswer(kAnswerYes);
+    ASSERT_TRUE(GridOf(items).MoveTo(1, items.ColumnOf("QMHD")));
+    items.KeyDown({ui::Key::F3});
+    EXPECT_EQ(Messages(), (Strings{"Do you want to delete WHEAT?",
+                                   "WHEAT is used by 1 document; it cannot be deleted."}));
+    EXPECT_EQ(Rows("SELECT QMHD FROM STKMASTER"), Strings{"WHEAT"});
+    EXPECT_EQ(Cell(items, 1, "QMHD"), "WHEAT");
 }
 
 TEST_F(HostMastersTest, VatClassesKeepTheNumbersTheUserGives) {
@@ -310,7 +354,7 @@ TEST_F(HostMastersTest, VatClassesKeepTheNumbersTheUserGives) {
 
     Db().ExecuteSql("INSERT INTO VATMASTER (CODE, VATCODE) VALUES (9, 111)");
     classes.KeyDown({ui::Key::F3});
-    EXPECT_EQ(TakeWarning(), "SALES TAX-FREE is used in accounts and cannot be deleted.");
+    EXPECT_EQ(TakeWarning(), "SALES TAX-FREE is used by 1 account; it cannot be deleted.");
 }
 
 TEST_F(HostMastersTest, ACompanyStartsWithTheChartsGroupsAndANewGroupTakesTheNextNumber) {
@@ -337,7 +381,7 @@ TEST_F(HostMastersTest, ACompanyStartsWithTheChartsGroupsAndANewGroupTakesTheNex
         ++debtors;
     ASSERT_TRUE(grid.MoveTo(debtors, groups.ColumnOf("GROUPNAME")));
     groups.KeyDown({ui::Key::F3});
-    EXPECT_EQ(TakeWarning(), "SUNDRY DEBTORS is used in accounts and cannot be deleted.");
+    EXPECT_EQ(TakeWarning(), "SUNDRY DEBTORS is used by 1 account; it cannot be deleted.");
 }
 
 TEST_F(HostMastersTest, ItemScreensOfModulesOpenOnTheStoredItem) {
