@@ -125,14 +125,20 @@ MasterDefinition Accounts() {
                             .width = width,
                             .maxLength = maxLength};
     };
-    // Identity and bank numbers have a fixed length when they are given at all.
-    auto fixed = [](std::string field, std::string caption, int length, bool digits) {
+    // Identity, bank and telephone numbers have a fixed form when they are given at all.
+    auto fixed = [](std::string field, std::string caption, TextForm form) {
         return MasterColumn{.field = std::move(field),
                             .caption = std::move(caption),
                             .width = 1500,
-                            .exactLength = length,
-                            .digitsOnly = digits,
-                            .upperCase = !digits};
+                            .upperCase = true,
+                            .form = std::move(form)};
+    };
+    auto number = [](std::string field, std::string caption, ColumnKind kind, int highest) {
+        return MasterColumn{.field = std::move(field),
+                            .caption = std::move(caption),
+                            .width = 1000,
+                            .kind = kind,
+                            .range = NumberRange{Amount(), Amount::FromInt(highest)}};
     };
     return {.key = "AcMaster",
             .title = "Accounts",
@@ -147,21 +153,32 @@ MasterDefinition Accounts() {
                          .lookup = LookupInto(AccountGroups())},
                         text("MST", "Station", 1500, 40),
                         text("MHDA1", "Address", 3000, 80),
-                        text("MCELLNO", "Mobile", 1400, 20),
-                        fixed("MAADHARNO", "Aadhaar No.", 12, true),
-                        fixed("MPANNO", "PAN", 10, false),
+                        // An Indian mobile number, kept as its ten digits.
+                        fixed("MCELLNO", "Mobile",
+                              {R"((?:\+?91|0)?([6-9][0-9]{9}))",
+                               "Mobile must be a mobile number of 10 digits, starting with 6, 7, "
+                               "8 or 9."}),
+                        // No Aadhaar number begins with 0 or 1.
+                        fixed("MAADHARNO", "Aadhaar No.",
+                              {"[2-9][0-9]{11}",
+                               "Aadhaar No. must have 12 digits, the first from 2 to 9."}),
+                        fixed("MPANNO", "PAN",
+                              {"[A-Z]{5}[0-9]{4}[A-Z]",
+                               "PAN must read like ABCDE1234F: five letters, four digits and a "
+                               "letter."}),
                         text("MBANKACNO", "Bank A/c No.", 1800, 30),
-                        fixed("MIFSCCODE", "IFSC Code", 11, false),
-                        text("MMICRCODE", "MICR Code", 1200, 20),
+                        // The bank, a zero kept for later use, the branch.
+                        fixed("MIFSCCODE", "IFSC Code",
+                              {"[A-Z]{4}0[A-Z0-9]{6}",
+                               "IFSC Code must read like SBIN0001234: four letters, a zero, then "
+                               "six letters or digits."}),
+                        // The city, the bank and the branch, three digits each.
+                        fixed("MMICRCODE", "MICR Code",
+                              {"[0-9]{9}", "MICR Code must have 9 digits."}),
                         text("MBANKNAME", "Bank Name", 2500, 60),
-                        {.field = "MCRDAYS",
-                         .caption = "Credit Days",
-                         .width = 1000,
-                         .kind = ColumnKind::WholeNumber},
-                        {.field = "MINTTRATE",
-                         .caption = "Interest %",
-                         .width = 1000,
-                         .kind = ColumnKind::Decimal}},
+                        number("MCRDAYS", "Credit Days", ColumnKind::WholeNumber, 999),
+                        // Percent a year
+                        number("MINTTRATE", "Interest %", ColumnKind::Decimal, 100)},
             // Ledger 7, group 4: where the chart files every account, as modules file the heads
             // they create.
             .newRecordValues = {{"MLGRNO", 7}, {"MGRPNO", 4}},

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -24,6 +25,21 @@ struct LookupTarget {
     std::string noun; // "VAT category": "There is no VAT category named ..."
 };
 
+// The fixed form of a number that identifies something (an Aadhaar, a PAN, a mobile number),
+// checked once the blanks and hyphens typed between its parts are dropped.
+struct TextForm {
+    // A regular expression the whole text must match. When it has a group, what the group
+    // matches is what is kept: a mobile number is kept without the +91 typed before it.
+    std::string pattern;
+    std::string refusal; // "PAN must read like ABCDE1234F: ..."
+};
+
+// The values a number column takes.
+struct NumberRange {
+    Amount lowest;
+    Amount highest;
+};
+
 // Parts with an empty initialiser are optional.
 struct MasterColumn {
     std::string field;
@@ -31,12 +47,12 @@ struct MasterColumn {
     int width = 1200; // twips
     ColumnKind kind = ColumnKind::Text;
     // Text only. Lengths count characters, not bytes (Gurmukhi takes several bytes).
-    int maxLength = 0;       // 0: no limit
-    int exactLength = 0;     // when given, exactly this many (Aadhaar, PAN, IFSC)
-    bool digitsOnly = false; // blanks typed between the digits are dropped
+    int maxLength = 0; // 0: no limit
     bool upperCase = false;
+    TextForm form{};
     std::vector<std::string> choices{}; // when given, one of these (upper case)
     LookupTarget lookup{};              // ColumnKind::Lookup only
+    std::optional<NumberRange> range{}; // WholeNumber and Decimal only
 };
 
 // What uses a master's records, as the refusal to delete one counts it: "12 documents".

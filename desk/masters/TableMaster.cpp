@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <map>
+#include <regex>
 #include <stdexcept>
 
 namespace qx::desk {
@@ -22,8 +23,16 @@ bool IsNumeric(ColumnKind kind) {
     return kind == ColumnKind::WholeNumber || kind == ColumnKind::Decimal;
 }
 
-bool AllDigits(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+// The text in its form, without the blanks and hyphens typed between its parts; false when
+// it has not the form.
+bool TakeForm(const TextForm& form, std::string& text) {
+    std::string bare = text;
+    std::erase_if(bare, [](char c) { return c == ' ' || c == '-'; });
+    std::smatch match;
+    if (!std::regex_match(bare, match, std::regex(form.pattern)))
+        return false;
+    text = match.size() > 1 ? match[1].str() : bare;
+    return true;
 }
 
 // "S, P or O"; "2 documents and 1 ledger row"
@@ -260,8 +269,15 @@ std::string TableMaster::Accept(const GridField& field, int row, const std::stri
         return isName && SavedKey(row) != 0 ? "Enter a name." : "";
     switch (column.kind) {
     case ColumnKind::WholeNumber:
-    case ColumnKind::Decimal:
-        return AcceptNumber(column.kind, text);
+    case ColumnKind::Decimal: {
+        if (auto refusal = AcceptNumber(column.kind, text); !refusal.empty() || !column.range)
+            return refusal;
+        const auto number = Value(text).AsAmount();
+        if (number < column.range->lowest || number > column.range->highest)
+            return column.caption + " must be from " + column.range->lowest.ToPlainString() +
+                   " to " + column.range->highest.ToPlainString() + ".";
+        return {};
+    }
     case ColumnKind::Lookup:
         return AcceptLookup(column, text, accepted.code);
     case ColumnKind::YesNo: {
@@ -307,20 +323,13 @@ std::string TableMaster::AcceptKey(const MasterColumn& column, int row, std::str
 }
 
 std::string TableMaster::AcceptText(const MasterColumn& column, std::string& text) {
-    if (column.digitsOnly) {
-        std::erase(text, ' ');
-        if (!AllDigits(text))
-            return column.caption + " takes digits only.";
-    }
     if (column.upperCase || !column.choices.empty())
         text = UpperCase(text);
-    const auto length = CharacterCount(text);
-    if (column.maxLength > 0 && length > static_cast<std::size_t>(column.maxLength))
+    if (!column.form.pattern.empty() && !TakeForm(column.form, text))
+        return column.form.refusal;
+    if (column.maxLength > 0 && CharacterCount(text) > static_cast<std::size_t>(column.maxLength))
         return column.caption + " can hold at most " + std::to_string(column.maxLength) +
                " characters.";
-    if (column.exactLength > 0 && length != static_cast<std::size_t>(column.exactLength))
-        return column.caption + " must have " + std::to_string(column.exactLength) +
-               (column.digitsOnly ? " digits." : " characters.");
     if (!column.choices.empty() &&
         std::find(column.choices.begin(), column.choices.end(), text) == column.choices.end())
         return column.caption + " must be " + Listed(column.choices, "or") + ".";

@@ -188,18 +188,19 @@ TEST_F(HostMastersTest, AnAccountComesWithItsPrintHeadAndFollowsARename) {
     ASSERT_TRUE(TypeRow(accounts, {{"MHD", "ram singh & sons"},
                                    {"MBSHNO", "sundry debtors"},
                                    {"MST", "KHANNA"},
-                                   {"MAADHARNO", "1234 5678 9012"},
-                                   {"MPANNO", "abcde1234f"},
-                                   {"MIFSCCODE", "sbin0001234"},
+                                   {"MCELLNO", "+91 98140-12345"},
+                                   {"MAADHARNO", "4829 1573 6201"},
+                                   {"MPANNO", "bkrps4521k"},
+                                   {"MIFSCCODE", "punb0036700"},
+                                   {"MMICRCODE", "141 024 003"},
                                    {"MCRDAYS", "30"},
                                    {"MINTTRATE", "1.5"}}));
-    ASSERT_TRUE(TypeRow(accounts, {{"MHD", "ਗੁਰੂ ਨਾਨਕ ਟਰੇਡਰਜ਼"}}));
-    EXPECT_EQ(
-        Rows("SELECT MCD, MHD, MBSHNO, MST, MAADHARNO, MPANNO, MIFSCCODE, MCRDAYS, MINTTRATE, "
-             "MLGRNO, "
-             "MGRPNO FROM FAMASTER ORDER BY MCD"),
-        (Strings{"1|RAM SINGH & SONS|40|KHANNA|123456789012|ABCDE1234F|SBIN0001234|30|1.5|7|4",
-                 "2|ਗੁਰੂ ਨਾਨਕ ਟਰੇਡਰਜ਼|0|||||0|0|7|4"}));
+    ASSERT_TRUE(TypeRow(accounts, {{"MHD", "ਗੁਰੂ ਨਾਨਕ ਟਰੇਡਰਜ਼"}, {"MCELLNO", "098720 03344"}}));
+    EXPECT_EQ(Rows("SELECT MCD, MHD, MBSHNO, MST, MCELLNO, MAADHARNO, MPANNO, MIFSCCODE, "
+                   "MMICRCODE, MCRDAYS, MINTTRATE, MLGRNO, MGRPNO FROM FAMASTER ORDER BY MCD"),
+              (Strings{"1|RAM SINGH & SONS|40|KHANNA|9814012345|482915736201|BKRPS4521K|"
+                       "PUNB0036700|141024003|30|1.5|7|4",
+                       "2|ਗੁਰੂ ਨਾਨਕ ਟਰੇਡਰਜ਼|0||9872003344|||||0|0|7|4"}));
     EXPECT_EQ(
         Rows("SELECT CODE, SUBCODE, HEAD, PRESSHEAD FROM FAHEADS ORDER BY CODE"),
         (Strings{"1|0|RAM SINGH & SONS|Ram Singh & Sons", "2|0|ਗੁਰੂ ਨਾਨਕ ਟਰੇਡਰਜ਼|ਗੁਰੂ ਨਾਨਕ ਟਰੇਡਰਜ਼"}));
@@ -218,14 +219,29 @@ TEST_F(HostMastersTest, BadAccountInputIsRefusedWithItsOwnMessage) {
     struct Case {
         std::string field, text, message;
     };
+    const std::string mobile =
+        "Mobile must be a mobile number of 10 digits, starting with 6, 7, 8 or 9.";
+    const std::string aadhaar = "Aadhaar No. must have 12 digits, the first from 2 to 9.";
+    const std::string pan = "PAN must read like ABCDE1234F: five letters, four digits and a letter.";
+    const std::string ifsc =
+        "IFSC Code must read like SBIN0001234: four letters, a zero, then six letters or digits.";
     for (const Case& bad : std::vector<Case>{
-             {"MAADHARNO", "1234-5678-9012", "Aadhaar No. takes digits only."},
-             {"MAADHARNO", "12345678901", "Aadhaar No. must have 12 digits."},
-             {"MPANNO", "ABCDE1234", "PAN must have 10 characters."},
-             {"MIFSCCODE", "SBIN000123", "IFSC Code must have 11 characters."},
+             {"MCELLNO", "98140 1234O", mobile},
+             {"MCELLNO", "9814O12345", mobile},
+             {"MCELLNO", "0161-2345678", mobile}, // a telephone, not a mobile
+             {"MAADHARNO", "4829 1573 620", aadhaar},
+             {"MAADHARNO", "1234 5678 9012", aadhaar},
+             {"MAADHARNO", "4829 1573 620I", aadhaar},
+             {"MPANNO", "BKRPS4521", pan},
+             {"MPANNO", "BKRPS45210", pan},
+             {"MIFSCCODE", "PUNB036700", ifsc},
+             {"MIFSCCODE", "PUNB1036700", ifsc},
+             {"MMICRCODE", "14102400", "MICR Code must have 9 digits."},
              {"MCRDAYS", "thirty", "thirty is not a number."},
              {"MCRDAYS", "7.5", "7.5 is not a whole number."},
+             {"MCRDAYS", "-15", "Credit Days must be from 0 to 999."},
              {"MINTTRATE", "1.5%", "1.5% is not a number."},
+             {"MINTTRATE", "180", "Interest % must be from 0 to 100."},
              {"MBSHNO", "DEBTORS",
               "There is no account group named DEBTORS. Press F2 to choose one."},
              {"MST", std::string(41, 'K'), "Station can hold at most 40 characters."}}) {
