@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <stdexcept>
+#include <vector>
 
 namespace qx {
 
@@ -67,10 +68,35 @@ struct RawValue {
     bool exact = true; // false when digits beyond the fourth decimal were rounded away
 };
 
-// The number at the start of the text: an optional sign, digits that may hold grouping
-// commas (a comma counts only between two digits), an optional point and decimals. Sets end
-// to just past the number; nullopt when the text does not start with a digit or a point
-// followed by one.
+// Commas group a whole part the Indian way (a first group of one or two digits, then twos, the
+// last three: 12,34,567) or the Western way (a first group of one to three, then threes).
+bool GroupedExactly(std::string_view whole) {
+    std::vector<std::size_t> groups;
+    for (std::size_t start = 0;;) {
+        const std::size_t comma = whole.find(',', start);
+        groups.push_back((comma == std::string_view::npos ? whole.size() : comma) - start);
+        if (comma == std::string_view::npos) {
+            break;
+        }
+        start = comma + 1;
+    }
+    if (groups.size() == 1) {
+        return true;
+    }
+    const auto middleOf = [&](std::size_t size) {
+        return std::all_of(groups.begin() + 1, groups.end() - 1,
+                           [size](std::size_t group) { return group == size; });
+    };
+    const bool lastOfThree = groups.back() == 3;
+    const bool western = groups.front() <= 3 && middleOf(3) && lastOfThree;
+    const bool indian = groups.front() <= 2 && middleOf(2) && lastOfThree;
+    return western || indian;
+}
+
+// The number at the start of the text: an optional sign, digits whose commas group them
+// exactly (a comma counts only between two digits, and one out of place ends the number), an
+// optional point and decimals. Sets end to just past the number; nullopt when the text does
+// not start with a digit or a point followed by one.
 std::optional<WrittenNumber> ReadNumber(std::string_view text, std::size_t& end) {
     WrittenNumber number;
     std::size_t pos = 0;
@@ -78,16 +104,25 @@ std::optional<WrittenNumber> ReadNumber(std::string_view text, std::size_t& end)
         number.negative = text[pos] == '-';
         ++pos;
     }
-    while (pos < text.size()) {
-        if (IsDigit(text[pos])) {
-            number.digits += text[pos++];
-        } else if (text[pos] == ',' && !number.digits.empty() && pos + 1 < text.size() &&
-                   IsDigit(text[pos + 1])) {
-            ++pos;
-        } else {
-            break;
+    const std::size_t wholeStart = pos;
+    const auto isGroupingComma = [&](std::size_t at) {
+        return text[at] == ',' && at > wholeStart && IsDigit(text[at - 1]) &&
+               at + 1 < text.size() && IsDigit(text[at + 1]);
+    };
+    std::size_t wholeEnd = pos;
+    while (wholeEnd < text.size() && (IsDigit(text[wholeEnd]) || isGroupingComma(wholeEnd))) {
+        ++wholeEnd;
+    }
+    std::string_view whole = text.substr(pos, wholeEnd - pos);
+    if (!GroupedExactly(whole)) {
+        whole = whole.substr(0, whole.find(','));
+    }
+    for (char c : whole) {
+        if (c != ',') {
+            number.digits += c;
         }
     }
+    pos += whole.size();
     if (pos + 1 < text.size() && text[pos] == '.' && IsDigit(text[pos + 1])) {
         for (++pos; pos < text.size() && IsDigit(text[pos]); ++pos) {
             number.digits += text[pos];
@@ -203,19 +238,8 @@ Amount Amount::FromDouble(double value) {
     return Amount(ToRaw(number).raw);
 }
 
-// Exact or nothing: text with more than four decimals that are not zeros is not an amount
-// that this type can hold without rounding, so it is refused rather than rounded.
 std::optional<Amount> Amount::Parse(std::string_view text) {
-    std::size_t end = 0;
-    const auto number = ReadNumber(text, end);
-    if (!number || end != text.size()) {
-        return std::nullopt;
-    }
-    const RawValue value = ToRaw(*number);
-    if (!value.exact) {
-        return std::nullopt;
-    }
-    return Amount(value.raw);
+    return ReadTypedAmount(text).amount;
 }
 
 Amount Amount::Round(int decimals) const {
@@ -265,6 +289,31 @@ Amount Amount::operator*(std::int64_t factor) const {
     return Amount(Narrow(Int128(raw_) * factor));
 }
 
+// Exact or nothing: a text with more than four decimals that are not zeros is not an amount
+// this type can hold without rounding, so it is refused rather than rounded.
+TypedAmount ReadTypedAmount(std::string_view text) {
+    const std::string written(text);
+    std::size_t end = 0;
+    const auto number = ReadNumber(text, end);
+    if (!number || end != text.size()) {
+        return {std::nullopt, written + (text.find(',') == std::string_view::npos
+                                             ? " is not a number."
+                                             : " is not a number: commas group digits as in "
+                                               "1,74,000 or 174,000, and decimals follow a "
+                                               "point, as in 3.75.")};
+    }
+    RawValue value;
+    try {
+        value = ToRaw(*number);
+    } catch (const std::overflow_error&) {
+        return {std::nullopt, written + " is too large a figure."};
+    }
+    if (!value.exact) {
+        return {std::nullopt, written + " has more than four decimals."};
+    }
+    return {Amount::FromRaw(value.raw), {}};
+}
+
 // A cell holding more than four decimals reads as the nearest amount, half to even, as the
 // host's currency conversion does.
 Amount TextToAmount(std::string_view text) {
@@ -275,6 +324,13 @@ Amount TextToAmount(std::string_view text) {
     std::size_t end = 0;
     const auto number = ReadNumber(text.substr(start), end);
     return number ? Amount::FromRaw(ToRaw(*number).raw) : Amount();
+}
+
+WholeDivision DivideWhole(Amount dividend, Amount divisor) {
+    if (divisor.IsZero()) {
+        throw std::domain_error("division of an amount by zero");
+    }
+    return {dividend.Raw() / divisor.Raw(), Amount::FromRaw(dividend.Raw() % divisor.Raw())};
 }
 
 Amount RoundAmount(Amount value, int decimals) {

@@ -65,12 +65,12 @@ std::string CellText(const MasterColumn& column, const Value& value) {
 } // namespace
 
 std::string AcceptNumber(ColumnKind kind, std::string& text) {
-    auto number = Amount::Parse(text);
-    if (!number)
-        return text + " is not a number.";
-    if (kind == ColumnKind::WholeNumber && !number->IsWhole())
+    const TypedAmount typed = ReadTypedAmount(text);
+    if (!typed.amount)
+        return typed.refusal;
+    if (kind == ColumnKind::WholeNumber && !typed.amount->IsWhole())
         return text + " is not a whole number.";
-    text = number->ToPlainString();
+    text = typed.amount->ToPlainString();
     return {};
 }
 

@@ -68,7 +68,6 @@ TEST(Amount, OverflowThrowsInsteadOfWrapping) {
     EXPECT_THROW(largest + A("0.0001"), std::overflow_error);
     EXPECT_THROW(-largest - A("0.0001"), std::overflow_error);
     EXPECT_THROW(largest.Round(0), std::overflow_error);
-    EXPECT_THROW(Amount::Parse("99999999999999999999"), std::overflow_error);
     EXPECT_THROW(TextToAmount("922337203685477.5808"), std::overflow_error);
     EXPECT_EQ(TextToAmount("922337203685477.5807"), largest);
 }
@@ -100,18 +99,42 @@ TEST(Amount, PlainStringHasNoGroupingNorTrailingZeros) {
     EXPECT_EQ(A("1234567.5").ToPlainString(), "1234567.5");
 }
 
-TEST(Amount, ParseIsStrict) {
-    EXPECT_EQ(A("-12.5").Raw(), -125000);
-    EXPECT_EQ(A("1,04,000.00"), Amount::FromInt(104000));
-    EXPECT_EQ(A("1,040,000"), Amount::FromInt(1040000));
+TEST(Amount, TypedNumbersAreGroupedTheIndianOrTheWesternWayOrNotAtAll) {
+    EXPECT_EQ(A("1,74,000"), Amount::FromInt(174000));
+    EXPECT_EQ(A("174,000"), Amount::FromInt(174000));
+    EXPECT_EQ(A("12,34,567.50"), A("1234567.5"));
+    EXPECT_EQ(A("1,234,567"), A("1234567"));
+    EXPECT_EQ(A("-1,00,00,000"), Amount::FromInt(-10000000));
     EXPECT_EQ(A("+3"), Amount::FromInt(3));
     EXPECT_EQ(A(".5"), A("0.5"));
     EXPECT_EQ(A("5."), A("5"));
     EXPECT_EQ(A("1.50000000"), A("1.5"));
-    for (const char* text : {"", "-", ".", "abc", "12abc", " 12", "12 ", "1..2", "1,", ",1",
-                             "1,,000", "1.2,5", "--1", "1.23456"}) {
-        EXPECT_FALSE(Amount::Parse(text)) << text;
+    const std::string howToWrite =
+        " is not a number: commas group digits as in 1,74,000 or 174,000, and decimals follow "
+        "a point, as in 3.75.";
+    for (const char* text : {"12,00", "3,75", "2,3,0,0", ",5", "1,,000", "1,", "123,45,678",
+                             "1234,567", "1,234,56", "1.2,5"}) {
+        const TypedAmount read = ReadTypedAmount(text);
+        EXPECT_FALSE(read.amount) << text;
+        EXPECT_EQ(read.refusal, text + howToWrite);
     }
+    // Reading a cell leniently, a comma out of place ends the number.
+    EXPECT_EQ(TextToAmount("12,00"), A("12"));
+    EXPECT_EQ(TextToAmount("2,3,0,0"), A("2"));
+}
+
+TEST(Amount, ATypedTextThatIsNoAmountSaysWhy) {
+    EXPECT_EQ(ReadTypedAmount("0.00001").refusal, "0.00001 has more than four decimals.");
+    EXPECT_EQ(ReadTypedAmount("1.23456").refusal, "1.23456 has more than four decimals.");
+    EXPECT_EQ(ReadTypedAmount("99999999999999999999").refusal,
+              "99999999999999999999 is too large a figure.");
+    EXPECT_FALSE(Amount::Parse("99999999999999999999"));
+    EXPECT_FALSE(Amount::Parse(""));
+    for (const char* text : {"-", ".", "abc", "12abc", " 12", "12 ", "1..2", "--1"}) {
+        EXPECT_FALSE(Amount::Parse(text)) << text;
+        EXPECT_EQ(ReadTypedAmount(text).refusal, text + std::string(" is not a number.")) << text;
+    }
+    EXPECT_TRUE(ReadTypedAmount("12.5").refusal.empty());
 }
 
 TEST(Amount, TextToAmountReadsTheLeadingNumber) {

@@ -240,6 +240,9 @@ TEST_F(HostMastersTest, BadAccountInputIsRefusedWithItsOwnMessage) {
              {"MCRDAYS", "-15", "Credit Days must be from 0 to 999."},
              {"MINTTRATE", "1.5%", "1.5% is not a number."},
              {"MINTTRATE", "180", "Interest % must be from 0 to 100."},
+             {"MINTTRATE", "1,5", "1,5 is not a number: commas group digits as in 1,74,000 or "
+                                  "174,000, and decimals follow a point, as in 3.75."},
+             {"MINTTRATE", "1.00001", "1.00001 has more than four decimals."},
              {"MBSHNO", "DEBTORS",
               "There is no account group named DEBTORS. Press F2 to choose one."},
              {"MST", std::string(41, 'K'), "Station can hold at most 40 characters."}}) {
