@@ -68,6 +68,13 @@ std::string SavedRatesKey(const qx::Value& productId) {
     return "i" + std::to_string(productId.AsLong());
 }
 
+// The bags a weight in quintals fills, in double precision as the mandi's rules reckon them,
+// from the exact whole numbers of ten-thousandths: 9.20 quintals in bags of 40 kg are 23 bags,
+// not 22.999...
+double BagsIn(Amount quintals, Amount kgPerBag) {
+    return static_cast<double>(quintals.Raw()) * 100.0 / static_cast<double>(kgPerBag.Raw());
+}
+
 // Runs one step of a sequence whose failures are skipped, so that the next step still runs.
 template <class Step> void Skipping(Step&& step) {
     try {
@@ -350,51 +357,52 @@ void CKivraDoc::LoadChargeRates() {
 
 // ---- Line recalculation and the bag check ------------------------------------------------
 
+// A step runs only when every column it needs is on the screen: a figure of a column the
+// series does not have is unknown, not 0. Bags and kilograms are counted exactly, so that
+// 10 quintals in bags of 37.5 kg are 26 bags and 25 kg.
 void CKivraDoc::RecalcGridRow(int& row) {
     const auto& c = columns_;
     const Amount quantity = Number(row, c.quantity);
     const Amount kgPerBag = Number(row, c.qtyPerBox);
+    const Amount quantityInKg = quantity * 100;
 
     // Bags weighed against the quantity: the kilograms the whole bags weigh more (or less)
     // than the quantity go into add/less, unless they come to a whole bag or more.
-    if (c.addLessKgs > 0 && c.revBags2 > 0) {
+    if (c.addLessKgs > 0 && c.revBags2 > 0 && c.qtyPerBox > 0) {
         Amount revisedBags = Number(row, c.revBags2);
         if (!quantity.IsZero() && revisedBags.IsZero()) {
-            revisedBags = quantity * kHundred / kgPerBag;
+            revisedBags = quantityInKg / kgPerBag;
             SetCellInColumnFormat(row, c.revBags2, revisedBags);
         }
         if (!quantity.IsZero() && !revisedBags.IsZero() && revisedBags.IsWhole()) {
-            const Amount difference = (revisedBags * kgPerBag / kHundred - quantity) * kHundred;
+            const Amount difference = revisedBags * kgPerBag - quantityInKg;
             if (!difference.IsZero() && difference.Abs() < kgPerBag)
                 SetCell(row, c.addLessKgs, difference.ToPlainString());
         }
     }
 
-    if (c.addLessKgs > 0) {
+    if (c.addLessKgs > 0 && c.quantity > 0 && c.totalWt > 0) {
         const Amount totalWeight = quantity + Number(row, c.addLessKgs) / kHundred;
         SetCellInColumnFormat(row, c.totalWt, totalWeight);
     }
 
     // An I-Form line is valued on its weight; other lines are the host's own calculation.
-    if (mode_.iForm) {
+    if (mode_.iForm && c.totalWt > 0 && c.rate > 0 && c.amount > 0) {
         const Amount amount = Number(row, c.totalWt) * Number(row, c.rate);
         SetCell(row, c.amount, qx::FormatAmount(amount, "c2"));
     }
 
     if (c.qtyPerBox > 0 && c.noOfBoxes >= 1 && c.pcs >= 1 && Number(row, c.noOfBoxes).IsZero() &&
         !quantity.IsZero() && !kgPerBag.IsZero()) {
-        const Amount exactBags = quantity * kHundred / kgPerBag;
-        const Amount bags = Amount::FromInt(exactBags.WholePart());
-        SetCell(row, c.noOfBoxes, bags.ToPlainString());
-        if (!exactBags.IsWhole())
-            SetCell(row, c.pcs, ((exactBags - bags) * kgPerBag).ToPlainString());
+        const qx::WholeDivision bags = qx::DivideWhole(quantityInKg, kgPerBag);
+        SetCell(row, c.noOfBoxes, std::to_string(bags.count));
+        if (!bags.remainder.IsZero()) SetCell(row, c.pcs, bags.remainder.ToPlainString());
     }
 
-    if (c.revBags > 0) {
+    if (c.revBags > 0 && c.totalWt > 0 && c.qtyPerBox > 0) {
         if (kgPerBag > Amount()) {
-            const double revisedBags =
-                Number(row, c.totalWt).ToDouble() / (kgPerBag.ToDouble() / 100.0);
-            SetCellInColumnFormat(row, c.revBags, Amount::FromDouble(revisedBags));
+            SetCellInColumnFormat(row, c.revBags,
+                                  Amount::FromDouble(BagsIn(Number(row, c.totalWt), kgPerBag)));
         } else {
             SetCell(row, c.revBags, {});
         }
@@ -409,8 +417,7 @@ void CKivraDoc::GridCellBeforeLostFocus(int row, int col, const std::string& new
     const Amount quantity = Number(row, columns_.quantity);
     const Amount kgPerBag = Number(row, columns_.qtyPerBox);
     if (kgPerBag.IsZero()) throw std::domain_error("Division by zero: the line has no Kg./Bag.");
-    const double expected = quantity.ToDouble() * 100.0 / kgPerBag.ToDouble();
-    const auto fewest = static_cast<std::int64_t>(std::floor(expected));
+    const auto fewest = static_cast<std::int64_t>(std::floor(BagsIn(quantity, kgPerBag)));
     if (bags >= Amount::FromInt(fewest) && bags <= Amount::FromInt(fewest + 1)) return;
     context_.Util().ShowMessage("Bags must be either " + std::to_string(fewest) + " or " +
                                     std::to_string(fewest + 1),

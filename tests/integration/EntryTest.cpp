@@ -15,12 +15,10 @@ namespace {
 
 class EntryTest : public test::MandiCompany {
 protected:
-    // The screen as the module's I-Form key presets it.
-    desk::DocumentScreen& OpenIForms() {
+    // The screen as a module's key presets it to a series.
+    desk::DocumentScreen& OpenSeries(const std::string& code) {
         auto screen = app.Forms().CreateForm("Documents");
-        screen->Properties().SetValue("DocType", "I-Form");
-        screen->Properties().SetValue("DocSeriesCode", "IF");
-        screen->Properties().SetValue("DocSeriesName", "I-Forms");
+        screen->Properties().SetValue("DocSeriesCode", code);
         app.ShowForm(screen);
         return dynamic_cast<desk::DocumentScreen&>(*app.OpenScreens().back());
     }
@@ -74,8 +72,65 @@ TEST_F(EntryTest, JFormLineKeepsItsBagsAndWeightTogether) {
     EXPECT_EQ(Messages().size(), 1u);
 }
 
+TEST_F(EntryTest, BagsAndLooseKilogramsAreCountedExactly) {
+    auto& screen = OpenMenu("JForms");
+    // 10 quintals fill 26 bags of 37.5 kg with 25 kg left.
+    ASSERT_TRUE(TypeLine(screen, 1,
+                         {{"PRODUCT_ID", "paddy"},
+                          {"CUSTOMER_ID", "bansal traders"},
+                          {"QTY_PER_BOX", "37.5"},
+                          {"QUANTITY", "10"}}));
+    EXPECT_EQ(Line(screen, 1, {"NO_OF_BOXES", "PCS", "REV_BAGS"}),
+              (Strings{"26", "25", "26.67"}));
+
+    // 9.20 quintals fill 23 bags of 40 kg exactly: 23 or 24 bags may be weighed.
+    ASSERT_TRUE(TypeLine(screen, 2,
+                         {{"PRODUCT_ID", "wheat"},
+                          {"CUSTOMER_ID", "bansal traders"},
+                          {"QTY_PER_BOX", "40"},
+                          {"QUANTITY", "9.20"},
+                          {"REV_BAGS2", "24"}}));
+    EXPECT_TRUE(Messages().empty()) << Messages().front();
+    EXPECT_EQ(Line(screen, 2, {"NO_OF_BOXES", "PCS", "ADD_LESS_KGS"}), (Strings{"23", "", ""}));
+}
+
+TEST_F(EntryTest, AnIFormSeriesWithoutAWeightOrRateColumnKeepsTheAmountItHas) {
+    for (const char* sql : {
+             "INSERT INTO DOCCONFIG (SERIESID, SERIESCODE, SERIESNAME, SUBSERIESNAME, DOCTYPE, "
+             "DOCPROPERTIES) VALUES (5, 'IFQ', 'I-Forms', 'By Quantity', 'I-Form', '*IForm*'), "
+             "(6, 'IFA', 'I-Forms', 'Amount Typed', 'I-Form', '*IForm*')",
+             "INSERT INTO DOCCOLUMNS (SERIESID, POSITION, COLKEY, CAPTION, FORMAT, EDITABLE) "
+             "VALUES (5, 1, 'PRODUCT_ID', 'Item', '', 1), (5, 2, 'QTY_PER_BOX', 'Kg./Bag', "
+             "'n2', 1), (5, 3, 'QUANTITY', 'Qty', 'n2', 1), (5, 4, 'ADD_LESS_KGS', "
+             "'Add/Less', 'n2', 1), (5, 5, 'REV_BAGS', 'Rev. Bags', 'n2', 0), "
+             "(5, 6, 'RATE', 'Rate', 'n2', 1), (5, 7, 'AMOUNT', 'Amount', '', 0), "
+             "(6, 1, 'PRODUCT_ID', 'Item', '', 1), (6, 2, 'QTY_PER_BOX', 'Kg./Bag', 'n2', 1), "
+             "(6, 3, 'QUANTITY', 'Qty', 'n2', 1), (6, 4, 'ADD_LESS_KGS', 'Add/Less', 'n2', 1), "
+             "(6, 5, 'TOTAL_WT', 'Total Wt.', 'n2', 0), (6, 6, 'AMOUNT', 'Amount', '', 1)"})
+        Db().ExecuteSql(sql);
+    // Without a total weight the line is valued as the host values any line.
+    auto& byQuantity = OpenSeries("IFQ");
+    ASSERT_TRUE(TypeLine(byQuantity, 1,
+                         {{"PRODUCT_ID", "wheat"},
+                          {"QTY_PER_BOX", "50"},
+                          {"QUANTITY", "10"},
+                          {"ADD_LESS_KGS", "20"},
+                          {"RATE", "2000"}}));
+    EXPECT_EQ(Line(byQuantity, 1, {"REV_BAGS", "AMOUNT"}), (Strings{"", "20,000.00"}));
+
+    // Without a rate the amount is the one typed.
+    auto& typed = OpenSeries("IFA");
+    ASSERT_TRUE(TypeLine(typed, 1,
+                         {{"PRODUCT_ID", "wheat"},
+                          {"QTY_PER_BOX", "50"},
+                          {"QUANTITY", "10"},
+                          {"ADD_LESS_KGS", "20"},
+                          {"AMOUNT", "20400"}}));
+    EXPECT_EQ(Line(typed, 1, {"TOTAL_WT", "AMOUNT"}), (Strings{"10.20", "20,400.00"}));
+}
+
 TEST_F(EntryTest, IFormLineIsValuedOnItsWeightAndBearsTheBuyersCharges) {
-    auto& screen = OpenIForms();
+    auto& screen = OpenSeries("IF");
     EXPECT_EQ(screen.Caption(), "I-Forms - New");
     ASSERT_TRUE(TypeLine(screen, 1,
                          {{"PRODUCT_ID", "wheat"},
