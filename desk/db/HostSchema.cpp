@@ -118,7 +118,10 @@ const std::vector<TableSpec> kTables = {
       {"WIDTH", kNumber, "1000"},
       {"FORMAT", "VARCHAR(10)"},
       {"EDITABLE", kFlag, "1"},
-      {"FIELD", "VARCHAR(30)"}},
+      {"FIELD", "VARCHAR(30)"},
+      // the figures a number column takes: '' 0 or more, 'positive' more than 0 on every
+      // line, 'signed' negative as well
+      {"FIGURES", "VARCHAR(10)"}},
      {"SERIESID", "POSITION"}},
     // A series' own header boxes, saved into the DOCMAIN column FIELD. LOOKUP names a module's
     // operation that chooses the box's record, LOOKUPTEXT the one that names a saved choice.

@@ -23,6 +23,7 @@ inline constexpr std::array kSchemaHistory = {
     SchemaVersion{3, "series set-up DOCCOLUMNS, DOCBOXES, DOCCHARGES, numbering and voucher of "
                      "DOCCONFIG; applied charges DOCCHARGEDATA; sale type and voucher of DOCMAIN"},
     SchemaVersion{4, "indexes of ledger rows by voucher and of narrations by their text"},
+    SchemaVersion{5, "the figures a series' number column takes, DOCCOLUMNS.FIGURES"},
 };
 inline constexpr int kHostSchemaVersion = kSchemaHistory.back().version;
 

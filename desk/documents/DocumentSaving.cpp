@@ -4,10 +4,17 @@
 
 #include "host/Text.h"
 
+#include <stdexcept>
 #include <utility>
 
 namespace qx::desk {
 namespace {
+
+// A save refused where the document is written: a figure that could not be computed is never
+// written, as 0 or otherwise.
+struct SaveRefused : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
 
 std::vector<std::vector<std::string>> CellsOf(const ui::Grid& grid) {
     std::vector<std::vector<std::string>> cells;
@@ -43,6 +50,28 @@ bool DocumentScreen::RowHasContent(int row) const {
     return false;
 }
 
+std::string DocumentScreen::UnworkedRefusal(int row) const {
+    return IsWorkedOut(row) ? std::string()
+                            : "Line " + std::to_string(row) +
+                                  " is not worked out: complete its figures before saving.";
+}
+
+// A line must be worked out and have every figure its series asks of each line (a quantity,
+// a rate).
+std::string DocumentScreen::LineRefusal(int row) const {
+    if (auto refusal = UnworkedRefusal(row); !refusal.empty())
+        return refusal;
+    for (int col = 1; col < grid_.Cols(); ++col) {
+        const SeriesColumn& column = ColumnAt(col);
+        if (column.role != ColumnRole::Number || column.figures != FigureRange::Positive)
+            continue;
+        if (auto refusal = FigureRefusal(column, TextToAmount(grid_.TextMatrix(row, col)));
+            !refusal.empty())
+            return "Line " + std::to_string(row) + ": " + refusal;
+    }
+    return {};
+}
+
 // The host's own checks of a document before it is offered to the extensions for saving.
 std::string DocumentScreen::Refusal() {
     if (!Date::ParseDisplay(date_.Text()))
@@ -51,10 +80,14 @@ std::string DocumentScreen::Refusal() {
         return "Choose the party.";
     bool anyLine = false;
     for (int row = 1; row < grid_.Rows(); ++row) {
-        if (document_.IsLine(row))
-            anyLine = true;
-        else if (RowHasContent(row))
-            return "Line " + std::to_string(row) + " has no item.";
+        if (!document_.IsLine(row)) {
+            if (RowHasContent(row))
+                return "Line " + std::to_string(row) + " has no item.";
+            continue;
+        }
+        anyLine = true;
+        if (auto refusal = LineRefusal(row); !refusal.empty())
+            return refusal;
     }
     if (!anyLine)
         return "Enter at least one item.";
@@ -126,6 +159,10 @@ bool DocumentScreen::Save(bool cancelled) {
     const Content typed = TakeContent();
     try {
         WriteDocument(cancelled);
+    } catch (const SaveRefused& refused) {
+        PutBack(typed);
+        Warn(refused.what());
+        return false;
     } catch (...) {
         PutBack(typed);
         throw;
@@ -150,7 +187,12 @@ void DocumentScreen::WriteDocument(bool cancelled) {
     document_.SetIdentity(documentId, isNew);
     document_.Raise([](DocumentEvents& l) { l.SaveDocumentBegin(); });
 
-    const DocumentTotals totals = CurrentTotals();
+    DocumentTotals totals;
+    try {
+        totals = CurrentTotals();
+    } catch (const std::overflow_error&) {
+        throw SaveRefused("The document's total is too large to be worked out.");
+    }
     PropertyBag main = MainRecord(documentId, isNew, totals, cancelled);
     const bool posts = series.voucherFactor != 0 && main.GetValue("CANCELLED").AsLong() == 0;
     if (posts && voucherId == 0)
@@ -173,6 +215,8 @@ void DocumentScreen::WriteDocument(bool cancelled) {
     for (int row = 1; row < grid_.Rows(); ++row) {
         if (!document_.IsLine(row))
             continue;
+        if (auto refusal = UnworkedRefusal(row); !refusal.empty())
+            throw SaveRefused(refusal);
         PropertyBag line = LineRecord(row, documentId, ++refNo);
         document_.Raise([&](DocumentEvents& l) { l.SaveItem(row, line); });
         WriteLine(*lines, line);

@@ -192,6 +192,10 @@ DocumentScreen::DocumentScreen(DeskApp& app)
     Icon = "Documents";
     number_.NumericOnly = true;
     saleType_.NumericOnly = true;
+    for (ui::TextBox* whole : {&number_, &saleType_})
+        whole->OnValidate = [this, whole](bool& cancel) {
+            CheckNumberBox(*whole, ColumnKind::WholeNumber, cancel);
+        };
     date_.OnValidate = [this](bool& cancel) { CheckDate(cancel); };
     party_.OnValidate = [this](bool& cancel) { CheckParty(cancel); };
     party_.OnLookup = [this] {
@@ -211,20 +215,7 @@ DocumentScreen::DocumentScreen(DeskApp& app)
     BuildChargeColumns(charges_);
     charges_.Editable = true;
     charges_.OnCellBeforeLostFocus = [this](int row, int col, const std::string& typed,
-                                            bool& cancel) {
-        rateTyped_.reset();
-        rateRefused_ = false;
-        std::string text = Trim(typed);
-        if (quiet_ || col != kChargeRateCol)
-            return;
-        if (auto refusal = text.empty() ? std::string() : AcceptNumber(ColumnKind::Decimal, text);
-            !refusal.empty()) {
-            Warn(refusal);
-            cancel = rateRefused_ = true;
-        } else if (TextToAmount(text) != TextToAmount(charges_.TextMatrix(row, col))) {
-            rateTyped_ = CellText(TextToAmount(text), "");
-        }
-    };
+                                            bool& cancel) { CheckRate(row, col, typed, cancel); };
     charges_.OnCellLostFocus = [this](int row, int col) {
         if (!rateTyped_)
             return;
@@ -272,7 +263,11 @@ std::vector<ui::TextBox*> DocumentScreen::MakeBoxPool() {
         auto& box = Add<ui::TextBox>("TXPUDI" + std::to_string(i));
         const auto index = static_cast<std::size_t>(i);
         box.OnChange = [this, index] { BoxChanged(index); };
-        box.OnValidate = [this, index](bool& cancel) { CheckLookupBox(index, cancel); };
+        box.OnValidate = [this, index, &box](bool& cancel) {
+            CheckNumberBox(box, ColumnKind::Decimal, cancel);
+            if (!cancel)
+                CheckLookupBox(index, cancel);
+        };
         pool.push_back(&box);
     }
     return pool;
@@ -367,6 +362,7 @@ void DocumentScreen::BuildItemGrid() {
     gridColumns_.clear();
     members_.clear();
     partyCodeCol_ = 0;
+    unworkedCol_ = 0;
     auto add = [this](const SeriesColumn& column) {
         const bool figure =
             column.role == ColumnRole::Number || column.role == ColumnRole::ItemCode;
@@ -395,6 +391,13 @@ void DocumentScreen::BuildItemGrid() {
         members_.try_emplace("COL_" + column.key, col);
         document_.Raise([&](DocumentEvents& l) { l.MakeGridColumns(col, column.key); });
     }
+    unworkedCol_ = add({.key = {},
+                        .caption = {},
+                        .width = 0,
+                        .format = {},
+                        .editable = false,
+                        .role = ColumnRole::Text,
+                        .field = {}});
     grid_.SetRows(2);
     grid_.SetRedraw(true);
     document_.Raise([](DocumentEvents& l) { l.MakeGridColumnsEnd(); });
@@ -631,8 +634,10 @@ void DocumentScreen::FillStkInfo(int row) {
 }
 
 // The host's line calculation: amount = quantity x rate, shown as the amount column shows
-// figures. An extension may override it in the event that follows.
+// figures. An extension may override it in the event that follows. The line is marked as not
+// worked out until both have run, so that a failure leaves it marked.
 void DocumentScreen::RecalcGridRow(int row) {
+    grid_.SetTextMatrix(row, unworkedCol_, "*");
     const int quantityCol = Member("COL_QUANTITY");
     const int rateCol = Member("COL_RATE");
     const int amountCol = Member("COL_AMOUNT");
@@ -643,6 +648,11 @@ void DocumentScreen::RecalcGridRow(int row) {
     }
     int raisedRow = row;
     document_.Raise([&](DocumentEvents& l) { l.RecalcGridRow(raisedRow); });
+    grid_.SetTextMatrix(row, unworkedCol_, "");
+}
+
+bool DocumentScreen::IsWorkedOut(int row) const {
+    return grid_.TextMatrix(row, unworkedCol_).empty();
 }
 
 void DocumentScreen::SetupMode() {
@@ -651,26 +661,71 @@ void DocumentScreen::SetupMode() {
     SetCaption(CurrentSeries().Title() + (saved ? " - No. " + number_.Text() : " - New"));
 }
 
+// A line that cannot be worked out stays marked, and the others are worked out all the same.
 void DocumentScreen::RecalcGrid() {
-    for (int row = 1; row < grid_.Rows(); ++row)
-        if (document_.IsLine(row))
+    for (int row = 1; row < grid_.Rows(); ++row) {
+        if (!document_.IsLine(row))
+            continue;
+        try {
             RecalcGridRow(row);
+        } catch (const std::domain_error&) {
+            Warn(UnworkedRefusal(row));
+        } catch (const std::overflow_error&) {
+            Warn(UnworkedRefusal(row));
+        }
+    }
     ShowTotals();
+}
+
+// A charge's rate: a figure, never below 0 (the series says whether the charge is added or
+// deducted), and one with which the document's total can still be worked out.
+void DocumentScreen::CheckRate(int row, int col, const std::string& typed, bool& cancel) {
+    rateTyped_.reset();
+    const bool refusedBefore = std::exchange(rateRefused_, false); // its text is in the cell
+    std::string text = Trim(typed);
+    if (quiet_ || col != kChargeRateCol)
+        return;
+    const std::string charge = charges_.TextMatrix(row, kChargeCaptionCol);
+    std::string refusal = text.empty() ? std::string() : AcceptNumber(ColumnKind::Decimal, text);
+    if (refusal.empty() && TextToAmount(text) < Amount())
+        refusal = charge + " cannot be below 0.";
+    if (refusal.empty() &&
+        (refusedBefore || TextToAmount(text) != TextToAmount(charges_.TextMatrix(row, col)))) {
+        const std::string rate = CellText(TextToAmount(text), "");
+        const std::string was = charges_.TextMatrix(row, col);
+        charges_.SetTextMatrix(row, col, rate);
+        try {
+            CurrentTotals();
+            rateTyped_ = rate;
+        } catch (const std::overflow_error&) {
+            refusal = charge + ": " + Trim(typed) + " makes the document's total too large.";
+        }
+        charges_.SetTextMatrix(row, col, was);
+    }
+    if (!refusal.empty()) {
+        Warn(refusal);
+        cancel = rateRefused_ = true;
+    }
 }
 
 void DocumentScreen::CheckCell(int row, int col, const std::string& typed, bool& cancel) {
     checked_.reset();
-    itemCellRefused_ = false;
+    // The text of a cell that was refused is in the cell, but the line was never worked out
+    // with it.
+    const bool refusedBefore = std::exchange(itemCellRefused_, false);
     if (quiet_)
         return;
     CheckedCell cell{row, col, typed, 0, false};
     std::string refusal;
     const bool ran = app_.Guard([&] {
         refusal = Accept(cell);
+        cell.changed = cell.changed || refusedBefore;
         if (refusal.empty())
             cancel = document_.RaiseCancellable([&](DocumentEvents& l, bool& refuse) {
                 l.GridCellBeforeLostFocus(row, col, typed, refuse);
             });
+        if (refusal.empty() && !cancel && cell.changed && ColumnAt(col).role == ColumnRole::Number)
+            refusal = WorkOutWith(cell, Trim(typed));
     });
     if (!refusal.empty())
         Warn(refusal);
@@ -708,6 +763,8 @@ std::string DocumentScreen::Accept(CheckedCell& cell) {
         if (!text.empty()) {
             if (auto refusal = AcceptNumber(ColumnKind::Decimal, text); !refusal.empty())
                 return refusal;
+            if (auto refusal = FigureRefusal(column, TextToAmount(text)); !refusal.empty())
+                return refusal;
             if (column.role == ColumnRole::ItemCode &&
                 NameOf(Db(), kItems, TextToAmount(text).WholePart()).empty())
                 return "There is no item with code " + text + ". Press F2 to choose one.";
@@ -725,8 +782,44 @@ std::string DocumentScreen::Accept(CheckedCell& cell) {
     return {};
 }
 
-// The cell was left: the checked text goes in, a new item fills the line, a new figure
-// recalculates it, and the totals follow what changed.
+// A new figure works its line out before the cell is left, so that a figure the line cannot
+// hold is refused while the cursor is still in the cell: one that makes the line's amount or
+// the document's total too large is refused and the line keeps what it had. A line that
+// cannot be worked out yet (it divides by a figure still 0) takes the figure and stays marked
+// until it can be. Returns the refusal; the cell's text is then what the working out left.
+std::string DocumentScreen::WorkOutWith(CheckedCell& cell, const std::string& typed) {
+    std::vector<std::string> before;
+    for (int col = 0; col < grid_.Cols(); ++col)
+        before.push_back(grid_.TextMatrix(cell.row, col));
+    const auto restore = [&] {
+        for (int col = 0; col < grid_.Cols(); ++col)
+            grid_.SetTextMatrix(cell.row, col, before[static_cast<std::size_t>(col)]);
+    };
+    const std::string where =
+        "Line " + std::to_string(cell.row) + ", " + ColumnAt(cell.col).caption + ": " + typed;
+    grid_.SetTextMatrix(cell.row, cell.col, cell.text);
+    bool lineWorkedOut = false;
+    try {
+        RecalcGridRow(cell.row);
+        lineWorkedOut = true;
+        CurrentTotals();
+    } catch (const std::overflow_error&) {
+        restore();
+        return where + (lineWorkedOut ? " makes the document's total too large."
+                                      : " makes the line's amount too large.");
+    } catch (const std::domain_error&) {
+        Warn(where + " is kept, but the line cannot be worked out while a figure it divides by "
+                     "is 0 or empty. Fill in the rest of the line.");
+    } catch (...) {
+        restore();
+        throw;
+    }
+    cell.text = grid_.TextMatrix(cell.row, cell.col);
+    return {};
+}
+
+// The cell was left: the checked text goes in, a new item fills the line, and the totals
+// follow what changed (a new figure has worked its line out already).
 void DocumentScreen::TakeCell(int row, int col) {
     if (quiet_)
         return;
@@ -751,8 +844,6 @@ void DocumentScreen::TakeCell(int row, int col) {
                     grid_.SetTextMatrix(row, partyCodeCol_, CodeText(cell.code));
                     break;
                 case ColumnRole::Number:
-                    RecalcGridRow(row);
-                    break;
                 case ColumnRole::PartyCode:
                 case ColumnRole::Text:
                     break;
@@ -841,6 +932,21 @@ void DocumentScreen::BoxChanged(std::size_t index) {
     const std::string& text = boxPool_[index]->Text();
     document_.MainFields().SetValue(box.field,
                                     box.numeric ? Value(TextToAmount(text)) : Value(text));
+}
+
+// A box that takes a number takes it written as any figure is, and never below 0 (a form
+// number, a book number).
+void DocumentScreen::CheckNumberBox(ui::TextBox& box, ColumnKind kind, bool& cancel) {
+    std::string text = Trim(box.Text());
+    if (!box.NumericOnly || text.empty())
+        return;
+    std::string refusal = AcceptNumber(kind, text);
+    if (refusal.empty() && TextToAmount(text) < Amount())
+        refusal = box.Caption() + " cannot be below 0.";
+    if (!refusal.empty()) {
+        Warn(refusal);
+        cancel = true;
+    }
 }
 
 void DocumentScreen::CheckLookupBox(std::size_t index, bool& cancel) {

@@ -14,6 +14,7 @@
 #include "DocumentVoucher.h"
 
 #include "desk/core/DeskApp.h"
+#include "desk/masters/MasterDefinition.h"
 #include "host/HostDocument.h"
 #include "host/ui/Screen.h"
 
@@ -123,14 +124,18 @@ private:
     void FocusFirstBox();
 
     // Typing.
+    void CheckRate(int row, int col, const std::string& typed, bool& cancel);
     void CheckCell(int row, int col, const std::string& typed, bool& cancel);
     std::string Accept(CheckedCell& cell);
+    std::string WorkOutWith(CheckedCell& cell, const std::string& typed);
+    bool IsWorkedOut(int row) const;
     void TakeCell(int row, int col);
     void CheckDate(bool& cancel);
     bool HasLines() const;
     void CheckParty(bool& cancel);
     void PartyChosen(std::int32_t code, const std::string& name);
     void BoxChanged(std::size_t index);
+    void CheckNumberBox(ui::TextBox& box, ColumnKind kind, bool& cancel);
     void CheckLookupBox(std::size_t index, bool& cancel);
     void LookupBox(std::size_t index);
     void LookupCell();
@@ -143,6 +148,8 @@ private:
     // Saving and deleting (DocumentSaving.cpp).
     std::int32_t DocumentNumber();
     bool RowHasContent(int row) const;
+    std::string UnworkedRefusal(int row) const;
+    std::string LineRefusal(int row) const;
     std::string ContentSnapshot() const;
     bool LeaveDocument();
     std::string Refusal();
@@ -187,6 +194,7 @@ private:
     std::vector<SeriesColumn> gridColumns_;           // by grid column; column 0 the serial number
     std::map<std::string, int, std::less<>> members_; // "COL_QUANTITY" -> column
     int partyCodeCol_ = 0;                            // hidden: the code of a line's party
+    int unworkedCol_ = 0;                             // hidden: marks a line not worked out
     std::string partyName_;                           // the party chosen, as shown
     std::vector<std::string> boxChoices_;             // a look-up box's chosen text
     bool showGridInfo_ = false;

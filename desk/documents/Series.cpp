@@ -60,6 +60,7 @@ SeriesColumn ColumnOf(const Recordset& row) {
     column.format = Trim(row.Field("FORMAT").AsText());
     column.editable = row.Field("EDITABLE").AsBool();
     column.field = Trim(row.Field("FIELD").AsText());
+    column.figures = FigureRangeOf(row.Field("FIGURES").AsText());
     if (const StandardColumn* standard = FindStandardColumn(column.key)) {
         column.role = standard->role;
         column.field = std::string(standard->field);
@@ -152,6 +153,30 @@ int Series::StockFactor() const {
     if (EqualsNoCase(docType, "Purchase"))
         return 1;
     return EqualsNoCase(docType, "Sale") ? -1 : 0;
+}
+
+FigureRange FigureRangeOf(std::string_view text) {
+    const std::string figures = Trim(text);
+    if (figures.empty())
+        return FigureRange::NotNegative;
+    if (figures == "positive")
+        return FigureRange::Positive;
+    if (figures == "signed")
+        return FigureRange::Signed;
+    throw std::runtime_error("A column's figures are positive or signed (or left out), not \"" +
+                             figures + "\".");
+}
+
+std::string FigureRefusal(const SeriesColumn& column, Amount figure) {
+    switch (column.figures) {
+    case FigureRange::Positive:
+        return figure > Amount() ? "" : column.caption + " must be more than 0.";
+    case FigureRange::NotNegative:
+        return figure < Amount() ? column.caption + " cannot be below 0." : "";
+    case FigureRange::Signed:
+        break;
+    }
+    return {};
 }
 
 std::string SeriesTitle(std::string_view name, std::string_view subName) {

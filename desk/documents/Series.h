@@ -24,6 +24,13 @@ enum class ColumnRole {
     Text,
 };
 
+// The figures a number column takes from the user.
+enum class FigureRange {
+    NotNegative, // 0 or more, or nothing
+    Positive,    // more than 0, and every line must have it
+    Signed,      // negative as well (kilograms deducted, say)
+};
+
 struct SeriesColumn {
     std::string key; // "QUANTITY", or a series' own key ("ADD_LESS_KGS")
     std::string caption;
@@ -32,7 +39,13 @@ struct SeriesColumn {
     bool editable = true;
     ColumnRole role = ColumnRole::Text;
     std::string field; // the DOCDATA column the cell is saved in; empty: not saved
+    FigureRange figures = FigureRange::NotNegative;
 };
+
+// DOCCOLUMNS.FIGURES: "positive", "signed", or empty for 0 or more; anything else throws.
+FigureRange FigureRangeOf(std::string_view text);
+// Why a figure does not fit its column ("Rate must be more than 0."); empty when it does.
+std::string FigureRefusal(const SeriesColumn& column, Amount figure);
 
 struct SeriesBox {
     std::string name; // the box's ExtVal "Name", e.g. "FORM_NO"

@@ -1,5 +1,7 @@
 #include "SeriesImport.h"
 
+#include "Series.h"
+
 #include <stdexcept>
 
 namespace qx::desk {
@@ -32,6 +34,13 @@ std::string Basis(const std::string& basis) {
     throw std::runtime_error("a charge's basis is bag, percent or fixed, not \"" + basis + "\"");
 }
 
+// A rate as the file writes it, read as a user's typing is.
+Amount Rate(const nlohmann::ordered_json& object, const char* key) {
+    const TypedAmount rate = ReadTypedAmount(Text(object, key, "0"));
+    if (!rate.amount) throw std::runtime_error(std::string(key) + ": " + rate.refusal);
+    return *rate.amount;
+}
+
 void WriteSeries(CompanyDb& db, const nlohmann::ordered_json& series) {
     const std::string code = Text(series, "code");
     if (code.empty()) throw std::runtime_error("a series needs its code");
@@ -50,7 +59,7 @@ void WriteSeries(CompanyDb& db, const nlohmann::ordered_json& series) {
     config->SetField("DOCPROPERTIES", Text(series, "properties"));
     config->SetField("DOCVOUCHERFACTOR", Number(series, "voucherFactor", 0));
     config->SetField("DOCCODESALE", Number(series, "codeSale", 0));
-    config->SetField("DOCTAXRATE", TextToAmount(Text(series, "taxRate", "0")));
+    config->SetField("DOCTAXRATE", Rate(series, "taxRate"));
     config->SetField("DOCVATBILL", Flag(series, "vatBill", false) ? 1 : 0);
     config->SetField("NARRATION", Text(series, "narration"));
     config->SetField("TRNTYPE", Text(series, "trnType", code));
@@ -72,6 +81,9 @@ void WriteSeries(CompanyDb& db, const nlohmann::ordered_json& series) {
         rows->SetField("FORMAT", Text(column, "format"));
         rows->SetField("EDITABLE", Flag(column, "editable", true) ? 1 : 0);
         rows->SetField("FIELD", Text(column, "field"));
+        const std::string figures = Text(column, "figures");
+        FigureRangeOf(figures); // refuses what is not a range
+        rows->SetField("FIGURES", figures);
         rows->Update();
     }
     position = 0;
@@ -97,7 +109,7 @@ void WriteSeries(CompanyDb& db, const nlohmann::ordered_json& series) {
         rows->SetField("POSITION", ++position);
         rows->SetField("CHARGEKEY", Text(charge, "key"));
         rows->SetField("CAPTION", Text(charge, "caption"));
-        rows->SetField("RATE", TextToAmount(Text(charge, "rate", "0")));
+        rows->SetField("RATE", Rate(charge, "rate"));
         rows->SetField("BASIS", Basis(Text(charge, "basis")));
         rows->SetField("SIGN", Number(charge, "sign", 1));
         rows->SetField("HEADCODE", HeadCode(db, Text(charge, "head")));

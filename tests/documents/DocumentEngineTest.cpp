@@ -280,6 +280,28 @@ TEST_F(DocumentEngineTest, AHandlerThatFailsOnTheThirdLineLeavesTheCompanyAsItWa
     EXPECT_EQ(Cell(screen, 1, "QUANTITY"), "6.00");
 }
 
+TEST_F(DocumentEngineTest, ALineThatCannotBeWorkedOutWhenItIsWrittenIsNeverSaved) {
+    bool failing = false;
+    module.behaviour.recalc = [&](int) {
+        if (failing)
+            throw std::domain_error("division of an amount by zero");
+    };
+    auto& screen = OpenSeries();
+    // The extension works the lines out again once the host's checks have passed.
+    module.behaviour.beforeSave = [&](bool&) {
+        failing = true;
+        screen.RecalcGrid();
+    };
+    TypeWheatAndMoong(screen);
+    const Strings before = Company();
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    const std::string line1 = "Line 1 is not worked out: complete its figures before saving.";
+    EXPECT_EQ(
+        Messages(),
+        (Strings{line1, "Line 2 is not worked out: complete its figures before saving.", line1}));
+    EXPECT_EQ(Company(), before);
+}
+
 TEST_F(DocumentEngineTest, ALineFieldTheTableLacksIsAnError) {
     module.behaviour.saveItem = [](HostDocument&, int, PropertyBag& line) {
         line.SetValue("NOSUCHFIELD", 1);

@@ -23,6 +23,7 @@ using Strings = std::vector<std::string>;
 // What a test asks the extension to do in an event; unset: nothing.
 struct ExtensionBehaviour {
     std::function<void(bool& cancel)> beforeSave;
+    std::function<void(int row)> recalc;
     std::function<void(HostDocument&, int row, PropertyBag& line)> saveItem;
     std::function<void(HostDocument&)> saveVoucherBegin;
     std::function<void(std::int32_t id, bool& cancel)> deleteDocument;
@@ -83,6 +84,8 @@ public:
     }
     void RecalcGridRow(int& row) override {
         log_.push_back("RecalcGridRow " + std::to_string(row));
+        if (behaviour_.recalc)
+            behaviour_.recalc(row);
     }
     void UpdateTotals2() override { log_.push_back("UpdateTotals2"); }
     void BeforeSaveDocument(bool& cancel) override {
@@ -192,6 +195,7 @@ protected:
                  "(1, 3, 'QUANTITY', 'Qty', 900, 'n2', ''), (1, 4, 'RATE', 'Rate', 900, 'n2', ''), "
                  "(1, 5, 'AMOUNT', 'Amount', 1200, '', ''), "
                  "(1, 6, 'ADD_LESS_KGS', 'Add/Less', 800, 'n2', 'ADDLESSKGS')",
+                 "UPDATE DOCCOLUMNS SET FIGURES='signed' WHERE COLKEY='ADD_LESS_KGS'",
                  "INSERT INTO DOCBOXES (SERIESID, POSITION, BOXNAME, CAPTION, FIELD, NUMERIC, "
                  "LOOKUP, "
                  "LOOKUPTEXT) VALUES (1, 1, 'FORM_NO', 'Form No.', 'FORMNO', 1, '', ''), "

@@ -197,6 +197,11 @@ private:
         "(4, 1, 'PRODUCT_ID', 'Item', 1800, '', 1, ''), (4, 2, 'NO_OF_BOXES', 'Bags', 700, '', 1, "
         "''), (4, 3, 'QUANTITY', 'Qty (Qtl.)', 900, 'n2', 1, ''), "
         "(4, 4, 'RATE', 'Rate', 900, 'n2', 1, ''), (4, 5, 'AMOUNT', 'Amount', 1200, '', 0, '')",
+        // A line needs its quantity, bag weight and rate; add/less kilograms deduct when
+        // negative.
+        "UPDATE DOCCOLUMNS SET FIGURES='positive' WHERE COLKEY IN ('QTY_PER_BOX', 'QUANTITY', "
+        "'RATE')",
+        "UPDATE DOCCOLUMNS SET FIGURES='signed' WHERE COLKEY='ADD_LESS_KGS'",
         "INSERT INTO DOCBOXES (SERIESID, POSITION, BOXNAME, CAPTION, FIELD, NUMERIC, LOOKUP, "
         "LOOKUPTEXT) VALUES "
         "(1, 1, 'MARKET', 'Mandi', 'MarketID', 0, 'SelectMarket', 'GetMarketName'), "

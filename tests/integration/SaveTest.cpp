@@ -109,6 +109,127 @@ TEST_F(SaveTest, FiguresRefusedInTheirCellsKeepTheFormFromBeingSaved) {
     EXPECT_EQ(Rows("SELECT NOOFBOXES, AddLessKgs, TOTALWT FROM DOCDATA"), Strings{"21|0|10.5"});
 }
 
+TEST_F(SaveTest, FiguresAreReadExactlyAndALineNeedsItsQuantityBagWeightAndRate) {
+    auto& screen = TypeForm12();
+    struct Case {
+        std::string key, text, message, good;
+    };
+    const std::string misgrouped = " is not a number: commas group digits as in 1,74,000 or "
+                                   "174,000, and decimals follow a point, as in 3.75.";
+    for (const Case& bad : std::vector<Case>{
+             {"QUANTITY", "12,00", "12,00" + misgrouped, "10.50"},
+             {"RATE", "2,1,2,5", "2,1,2,5" + misgrouped, "2125"},
+             {"RATE", "2125.00001", "2125.00001 has more than four decimals.", "2125"},
+             {"QUANTITY", "-10.50", "Qty (Qtl.) must be more than 0.", "10.50"},
+             {"QTY_PER_BOX", "0", "Kg./Bag must be more than 0.", "50"},
+             {"NO_OF_BOXES", "-21", "Bags cannot be below 0.", "21"}}) {
+        EXPECT_FALSE(TypeLine(screen, 1, {{bad.key, bad.text}})) << bad.text;
+        EXPECT_EQ(Messages(), Strings{bad.message});
+        EXPECT_EQ(screen.Grid().Col(), screen.Member("COL_" + bad.key)) << "the cursor stays";
+        frontend.ClearTranscript();
+        screen.Grid().Type(bad.good);
+        ASSERT_TRUE(screen.Grid().Commit());
+    }
+    // Grouped the Indian or the Western way, a figure is the same; kilograms less are negative.
+    ASSERT_TRUE(TypeLine(screen, 1, {{"RATE", "2,125"}, {"ADD_LESS_KGS", "-5"}}));
+    EXPECT_EQ(Line(screen, 1, {"RATE", "ADD_LESS_KGS", "TOTAL_WT", "AMOUNT"}),
+              (Strings{"2,125.00", "-5.00", "10.45", "22,312.50"}));
+
+    auto& charges = screen.GridTot2();
+    ASSERT_TRUE(charges.MoveTo(1, desk::DocumentScreen::kChargeRateCol));
+    charges.Type("-6.22");
+    EXPECT_FALSE(charges.Commit());
+    charges.Type("6.22");
+    ASSERT_TRUE(charges.Commit());
+    EXPECT_FALSE(TypeBox(screen, Box(screen, "FORM_NO"), "-12"));
+    ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_NO"), "12"));
+    EXPECT_EQ(Messages(), (Strings{"Labour cannot be below 0.", "Form No. cannot be below 0."}));
+
+    // A line without a rate is not a sale: the form is refused, naming the line.
+    frontend.ClearTranscript();
+    ASSERT_TRUE(TypeLine(screen, 1, {{"RATE", ""}}));
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_EQ(Messages(), Strings{"Line 1: Rate must be more than 0."});
+    EXPECT_TRUE(SavedForms().empty());
+}
+
+TEST_F(SaveTest, AFigureThatMakesAnAmountTooLargeIsRefusedInItsCell) {
+    auto& screen = TypeForm12();
+    EXPECT_FALSE(TypeLine(screen, 1, {{"RATE", "99999999999999"}}));
+    const std::string tooLarge = "Line 1, Rate: 99999999999999 makes the line's amount too large.";
+    EXPECT_EQ(Messages(), Strings{tooLarge});
+    EXPECT_EQ(screen.Grid().Col(), screen.Member("COL_RATE")) << "the cursor stays";
+    EXPECT_EQ(Cell(screen, 1, "AMOUNT"), "22,312.50") << "the line keeps its figures";
+    EXPECT_EQ(Total(screen, "txtGross"), "22,312.50");
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_EQ(Messages(), (Strings{tooLarge, tooLarge}));
+    screen.Grid().Type("2125");
+    ASSERT_TRUE(screen.Grid().Commit());
+
+    // Each line can be worked out, but not their sum.
+    frontend.ClearTranscript();
+    EXPECT_FALSE(TypeLine(screen, 2,
+                          {{"PRODUCT_ID", "wheat"},
+                           {"CUSTOMER_ID", "self"},
+                           {"QTY_PER_BOX", "50"},
+                           {"QUANTITY", "1"},
+                           {"RATE", "922337203670000"}}));
+    screen.Grid().Type("2125");
+    ASSERT_TRUE(screen.Grid().Commit());
+    auto& charges = screen.GridTot2();
+    ASSERT_TRUE(charges.MoveTo(1, desk::DocumentScreen::kChargeRateCol));
+    charges.Type("99999999999999");
+    EXPECT_FALSE(charges.Commit());
+    EXPECT_EQ(Messages(),
+              (Strings{"Line 2, Rate: 922337203670000 makes the document's total too large.",
+                       "Labour: 99999999999999 makes the document's total too large."}));
+    charges.Type("6.22");
+    ASSERT_TRUE(charges.Commit());
+
+    frontend.ClearTranscript();
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_TRUE(Messages().empty()) << Messages().front();
+    EXPECT_EQ(Rows("SELECT GROSSAMT, GRANDTOTAL FROM DOCMAIN"), Strings{"24437.5|24294"});
+    EXPECT_EQ(Rows("SELECT AMOUNT FROM DOCDATA ORDER BY REFNO"), (Strings{"22312.5", "2125"}));
+}
+
+TEST_F(SaveTest, AQuantityTypedBeforeItsBagWeightWaitsForItAndTheFormIsNotSavedMeanwhile) {
+    auto& screen = OpenMenu("JForms");
+    TypeHeader(screen, "15/04/2024", "gurmeet singh", "KHANNA", "7", "12");
+    ASSERT_TRUE(TypeLine(
+        screen, 1,
+        {{"PRODUCT_ID", "wheat"}, {"CUSTOMER_ID", "bansal traders"}, {"QUANTITY", "10.50"}}));
+    const std::string waiting = "Line 1, Qty (Qtl.): 10.50 is kept, but the line cannot be "
+                                "worked out while a figure it divides by is 0 or empty. Fill "
+                                "in the rest of the line.";
+    EXPECT_EQ(Messages(), Strings{waiting});
+    EXPECT_EQ(Cell(screen, 1, "QUANTITY"), "10.50");
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    const std::string notWorkedOut =
+        "Line 1 is not worked out: complete its figures before saving.";
+    EXPECT_EQ(Messages(), (Strings{waiting, notWorkedOut}));
+    EXPECT_TRUE(SavedForms().empty());
+
+    // Working the form out again, when a line is removed, leaves the line waiting.
+    frontend.ClearTranscript();
+    ASSERT_TRUE(TypeLine(screen, 2,
+                         {{"PRODUCT_ID", "wheat"},
+                          {"CUSTOMER_ID", "self"},
+                          {"QTY_PER_BOX", "50"},
+                          {"QUANTITY", "1"}}));
+    screen.Focus(screen.Grid());
+    EXPECT_TRUE(screen.KeyDown({.key = ui::Key::Delete, .ctrl = true}));
+    EXPECT_EQ(Messages(), Strings{notWorkedOut});
+
+    frontend.ClearTranscript();
+    ASSERT_TRUE(TypeLine(screen, 1, {{"QTY_PER_BOX", "50"}, {"RATE", "2125"}}));
+    EXPECT_EQ(Line(screen, 1, {"NO_OF_BOXES", "REV_BAGS2", "TOTAL_WT", "AMOUNT"}),
+              (Strings{"21", "21.00", "10.50", "22,312.50"}));
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_TRUE(Messages().empty()) << Messages().front();
+    EXPECT_EQ(Rows("SELECT NOOFBOXES, TOTALWT, AMOUNT FROM DOCDATA"), Strings{"21|10.5|22312.5"});
+}
+
 TEST_F(SaveTest, AFormNumberIsNeededAndUsedOnceInABookOfAMandi) {
     auto& first = TypeForm12();
     ASSERT_TRUE(Press(first, ui::Key::F10));
