@@ -13,6 +13,9 @@ struct ColumnSpec {
     std::string_view type;
     // What a row written without the column holds; empty: 0 or '' by the type.
     std::string_view defaultValue = {};
+    // What the rows a company already held take when an upgrade adds the column, where that
+    // differs from the default: what was allowed before the column existed stays allowed.
+    std::string_view existingRows = {};
 };
 
 struct TableSpec {
@@ -121,7 +124,7 @@ const std::vector<TableSpec> kTables = {
       {"FIELD", "VARCHAR(30)"},
       // the figures a number column takes: '' 0 or more, 'positive' more than 0 on every
       // line, 'signed' negative as well
-      {"FIGURES", "VARCHAR(10)"}},
+      {"FIGURES", "VARCHAR(10)", {}, "'signed'"}},
      {"SERIESID", "POSITION"}},
     // A series' own header boxes, saved into the DOCMAIN column FIELD. LOOKUP names a module's
     // operation that chooses the box's record, LOOKUPTEXT the one that names a saved choice.
@@ -348,9 +351,13 @@ void UpgradeHostSchema(CompanyDb& db) {
             if (table.name == "FAGROUPS") InsertStandardGroups(db);
             continue;
         }
-        for (const ColumnSpec& column : table.columns)
-            if (!db.FieldExists(column.name, table.name))
-                db.ExecuteSql("ALTER TABLE " + std::string(table.name) + " ADD " + ColumnDefinition(table, column));
+        for (const ColumnSpec& column : table.columns) {
+            if (db.FieldExists(column.name, table.name)) continue;
+            db.ExecuteSql("ALTER TABLE " + std::string(table.name) + " ADD " + ColumnDefinition(table, column));
+            if (!column.existingRows.empty())
+                db.ExecuteSql("UPDATE " + std::string(table.name) + " SET " + std::string(column.name) + "=" +
+                              std::string(column.existingRows));
+        }
     }
     for (const IndexSpec& index : kIndexes)
         db.ExecuteSql(CreateIndexSql(index));

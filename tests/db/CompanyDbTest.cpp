@@ -213,6 +213,9 @@ TEST(CompanyFile, OlderCompanyIsBroughtUpToDateWhenOpenedKeepingItsData) {
         older->ExecuteSql("DROP TABLE FAGROUPS");
         older->ExecuteSql("DROP INDEX IX_FADATA_DCD_DVCHDATE");
         older->ExecuteSql("INSERT INTO FAMASTER (MCD, MHD) VALUES (1, 'SELF')");
+        // A series column of a company made before columns said which figures they take.
+        older->ExecuteSql("ALTER TABLE DOCCOLUMNS DROP COLUMN FIGURES");
+        older->ExecuteSql("INSERT INTO DOCCOLUMNS (SERIESID, POSITION) VALUES (1, 1)");
         older->ExecuteSql("UPDATE QXCOMPANY SET VALUE='1' WHERE NAME='SCHEMAVERSION'");
     }
     auto db = SqliteCompanyDb::Open(path);
@@ -221,6 +224,8 @@ TEST(CompanyFile, OlderCompanyIsBroughtUpToDateWhenOpenedKeepingItsData) {
     EXPECT_EQ(db->LookupValue("FAGROUPS", "GROUPNAME", "GROUPNO=195").AsText(), "TRADING ACCOUNTS");
     EXPECT_EQ(db->LookupValue("sqlite_master", "COUNT(*)", "name='IX_FADATA_DCD_DVCHDATE'").AsLong(), 1);
     EXPECT_EQ(db->LookupValue("FAMASTER", "MHD", "MCD=1").AsText(), "SELF");
+    // It took negative figures before, so it still does.
+    EXPECT_EQ(db->LookupValue("DOCCOLUMNS", "FIGURES", "SERIESID=1").AsText(), "signed");
 }
 
 // ---- the traps of the module's SQL -----------------------------------------------------------
