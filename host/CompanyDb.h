@@ -2,8 +2,10 @@
 // The open company's database as a module sees it. It accepts SQL text as the module
 // writes it (rows limited with "SELECT FIRST n", decimal columns, date literals made by
 // DateLiteral) and adapts it to the backend. Field names are looked up without regard to
-// letter case. Failures throw DbError, except that TableExists, FieldExists and
-// LookupValue report absence by their result.
+// letter case. Failures throw DbError. TableExists, FieldExists and LookupValue report
+// absence (no such table, no such field, no row) by their result, and throw for every error
+// (a wrong column, a company locked by another program, a damaged file): an error is never
+// read as "nothing found".
 
 #include "Date.h"
 #include "Value.h"
@@ -16,9 +18,21 @@
 
 namespace qx {
 
+// What kind of refusal a DbError is, for the callers that say it in their own words.
+enum class DbProblem {
+    Failure,
+    // A unique index refused a row: the company already holds one with the same key.
+    Duplicate,
+};
+
 class DbError : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    explicit DbError(const std::string& message, DbProblem problem = DbProblem::Failure)
+        : std::runtime_error(message), problem_(problem) {}
+    DbProblem Problem() const { return problem_; }
+
+private:
+    DbProblem problem_;
 };
 
 // Rows of one query. A row set opened on a single table ("SELECT * FROM T WHERE ...",
@@ -57,14 +71,17 @@ public:
     virtual void AddFields(std::string_view table, std::string_view sqlType,
                            const std::vector<std::string>& fields) = 0;
     // The field or aggregate ("MAX(MCD)") of the first row matching the condition (which may
-    // be empty); a null Value, read as 0 or "", when there is none or the query fails.
+    // be empty); a null Value, read as 0 or "", when there is none.
     virtual Value LookupValue(std::string_view table, std::string_view fieldOrAggregate,
                               std::string_view condition) = 0;
 
     // The backend's SQL literal of a day.
     virtual std::string DateLiteral(Date date) const = 0;
 
-    // One unit of work at a time: beginning a second while one is open throws DbError.
+    // One unit of work at a time: beginning a second while one is open throws DbError. A unit
+    // takes the company's write lock as it begins, so that what it reads to decide what it
+    // writes cannot change under it; a company another program is saving to, or one that is
+    // read-only, refuses it with a message saying so.
     virtual void BeginTransaction() = 0;
     virtual void Commit() = 0;
     virtual void Rollback() = 0;

@@ -5,6 +5,7 @@
 #include "host/CompanyDb.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -17,8 +18,10 @@ public:
     // A new company file with the host's tables; refuses a path that exists.
     static std::unique_ptr<SqliteCompanyDb> Create(const std::filesystem::path& path,
                                                    const std::string& companyName);
-    // An existing company. A missing file, or one that is not a QX Desk company, is refused
-    // before anything is written to it.
+    // An existing company. Whatever keeps it from being opened is said plainly (no such file,
+    // a folder, no permission, another program's lock, a full disk, a damaged file, a file that
+    // is no QX Desk company, one of a newer QX Desk), before anything is written to it. A
+    // company this process cannot write is opened read-only and leaves no files beside it.
     static std::unique_ptr<SqliteCompanyDb> Open(const std::filesystem::path& path);
     ~SqliteCompanyDb() override;
     SqliteCompanyDb(const SqliteCompanyDb&) = delete;
@@ -44,9 +47,12 @@ public:
 private:
     SqliteCompanyDb(sqlite3* db, std::filesystem::path path);
     void Run(std::string_view sql);
+    // Runs work inside the unit of work that is open, or in one of its own.
+    void InOneUnit(const std::function<void()>& work);
 
     sqlite3* db_;
     std::filesystem::path path_;
+    bool readOnly_;
     bool inTransaction_ = false;
 };
 

@@ -1,6 +1,6 @@
 #include "SqliteStatement.h"
 
-#include "host/CompanyDb.h"
+#include "SqliteErrors.h"
 
 #include <sqlite3.h>
 
@@ -23,7 +23,7 @@ Statement::~Statement() {
 }
 
 void Statement::Fail() const {
-    throw DbError(std::string(sqlite3_errmsg(db_)) + " in: " + shownSql_);
+    throw CompanyError(db_, shownSql_);
 }
 
 void Statement::Bind(int index, const Value& value, SqlTypeKind column) {

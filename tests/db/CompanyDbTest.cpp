@@ -1,6 +1,7 @@
 // A company in a real SQLite file, driven with the module's own statements.
 #include "desk/db/HostSchema.h"
 #include "desk/db/SqliteCompanyDb.h"
+#include "support/ChildProcess.h"
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
@@ -49,6 +50,27 @@ private:
 std::string FileBytes(const fs::path& path) {
     std::ifstream in(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+// Damages a company's schema through a connection of its own, as a failing disk or a careless
+// tool would.
+void DamageSchema(const fs::path& path) {
+    sqlite3* db = nullptr;
+    sqlite3_open(path.c_str(), &db);
+    const int rc = sqlite3_exec(db,
+                                "PRAGMA writable_schema=ON; UPDATE sqlite_master SET "
+                                "sql='CREATE TABLE FAMASTER (' WHERE name='FAMASTER';",
+                                nullptr, nullptr, nullptr);
+    EXPECT_EQ(rc, SQLITE_OK) << sqlite3_errmsg(db);
+    // A new schema version, so that every connection reads the schema again.
+    sqlite3_stmt* version = nullptr;
+    sqlite3_prepare_v2(db, "PRAGMA schema_version", -1, &version, nullptr);
+    sqlite3_step(version);
+    const std::string bump =
+        "PRAGMA schema_version=" + std::to_string(sqlite3_column_int(version, 0) + 1);
+    sqlite3_finalize(version);
+    sqlite3_exec(db, bump.c_str(), nullptr, nullptr, nullptr);
+    sqlite3_close(db);
 }
 
 Amount Amt(std::string_view text) {
@@ -169,12 +191,14 @@ TEST_F(Company, CreatedCompanyReopensWithItsMarkerInWalMode) {
     EXPECT_THROW(SqliteCompanyDb::Create(path, "Again"), DbError);
 }
 
-TEST(CompanyFile, OpenRefusesWhatIsNotACompanyAndLeavesItUnchanged) {
+TEST(CompanyFile, OpenSaysWhatKeepsAFileFromOpeningAndLeavesItUnchanged) {
     TempDir dir;
     const fs::path missing = dir.Path() / "missing.kdb";
     EXPECT_EQ(ThrownMessage([&] { SqliteCompanyDb::Open(missing); }),
               missing.string() + " does not exist");
     EXPECT_FALSE(fs::exists(missing));
+    EXPECT_EQ(ThrownMessage([&] { SqliteCompanyDb::Open(dir.Path()); }),
+              dir.Path().string() + " is a folder, not a company file.");
 
     const fs::path empty = dir.Path() / "empty.kdb";
     const fs::path text = dir.Path() / "notes.kdb";
@@ -187,13 +211,43 @@ TEST(CompanyFile, OpenRefusesWhatIsNotACompanyAndLeavesItUnchanged) {
                  "CREATE TABLE NOTES (ID INTEGER, BODY TEXT); INSERT INTO NOTES VALUES (1,'x');",
                  nullptr, nullptr, nullptr);
     sqlite3_close(other);
-
     for (const fs::path& file : {empty, text, foreign}) {
         const std::string before = FileBytes(file);
         EXPECT_EQ(ThrownMessage([&] { SqliteCompanyDb::Open(file); }),
                   file.string() + " is not a QX Desk company file");
         EXPECT_EQ(FileBytes(file), before) << file;
     }
+
+    // A company whose first page was overwritten.
+    const fs::path damaged = dir.Path() / "damaged.kdb";
+    SqliteCompanyDb::Create(damaged, "Damaged");
+    std::fstream(damaged, std::ios::in | std::ios::out | std::ios::binary).seekp(100).write(
+        std::string(200, '\xff').data(), 200);
+    EXPECT_EQ(ThrownMessage([&] { SqliteCompanyDb::Open(damaged); }),
+              damaged.string() + " is damaged: restore it from a backup copy.");
+
+    // A company another program holds for itself (exclusive locking, as some tools do) is
+    // waited for a moment, then refused.
+    const fs::path held = dir.Path() / "held.kdb";
+    SqliteCompanyDb::Create(held, "Held");
+    sqlite3* holder = nullptr;
+    ASSERT_EQ(sqlite3_open(held.c_str(), &holder), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(holder, "PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE; DELETE FROM FAGROUPS;",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK)
+        << sqlite3_errmsg(holder);
+    EXPECT_EQ(ThrownMessage([&] { SqliteCompanyDb::Open(held); }),
+              "Another program is saving to " + held.string() + ": try again in a moment. Nothing was lost.");
+    sqlite3_close(holder);
+
+    // Permissions hold for the user who opens, so that part runs without root's privileges.
+    const fs::path closed = dir.Path() / "closed.kdb";
+    SqliteCompanyDb::Create(closed, "Closed");
+    fs::permissions(closed, fs::perms::none);
+    EXPECT_EQ(qx::test::AsUnprivileged([&] {
+                  return ThrownMessage([&] { SqliteCompanyDb::Open(closed); });
+              }),
+              "You have no permission to read " + closed.string() + ".");
 }
 
 TEST(CompanyFile, OpenRefusesACompanyOfANewerSchema) {
@@ -226,6 +280,109 @@ TEST(CompanyFile, OlderCompanyIsBroughtUpToDateWhenOpenedKeepingItsData) {
     EXPECT_EQ(db->LookupValue("FAMASTER", "MHD", "MCD=1").AsText(), "SELF");
     // It took negative figures before, so it still does.
     EXPECT_EQ(db->LookupValue("DOCCOLUMNS", "FIGURES", "SERIESID=1").AsText(), "signed");
+}
+
+// What a user who may not write a company sees of it: a read-only file in a folder anyone may
+// write (where SQLite would leave -wal and -shm files with the file's permissions, keeping the
+// company unwritable once it is made writable again), and a writable file in a read-only
+// folder (where SQLite cannot make them at all).
+TEST(CompanyFile, AReadOnlyCompanyIsReadRefusesSavesAndLeavesNoFilesBehind) {
+    TempDir dir;
+    const fs::path openFolder = dir.Path() / "open";
+    const fs::path lockedFolder = dir.Path() / "locked";
+    const fs::path readOnlyFile = openFolder / "firm.kdb";
+    const fs::path inLockedFolder = lockedFolder / "firm.kdb";
+    for (const fs::path& path : {readOnlyFile, inLockedFolder}) {
+        fs::create_directories(path.parent_path());
+        SqliteCompanyDb::Create(path, "Firm")
+            ->ExecuteSql("INSERT INTO STKMASTER (QMCD,QMHD) VALUES (1,'WHEAT')");
+    }
+    fs::permissions(openFolder, fs::perms::all);
+    fs::permissions(readOnlyFile, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+    fs::permissions(inLockedFolder, fs::perms::all & ~fs::perms::owner_exec & ~fs::perms::group_exec & ~fs::perms::others_exec);
+    fs::permissions(lockedFolder, fs::perms::owner_read | fs::perms::owner_exec | fs::perms::group_read |
+                                      fs::perms::group_exec | fs::perms::others_read | fs::perms::others_exec);
+    auto filesIn = [](const fs::path& folder) {
+        std::string names;
+        for (const auto& entry : fs::directory_iterator(folder)) names += entry.path().filename().string() + " ";
+        return names;
+    };
+    auto use = [&](const fs::path& path) {
+        auto db = SqliteCompanyDb::Open(path);
+        std::string seen = db->LookupValue("STKMASTER", "QMHD", "QMCD=1").AsText() + "|";
+        seen += ThrownMessage([&] { Transaction unit(*db); }) + "|";
+        seen += ThrownMessage([&] { db->ExecuteSql("INSERT INTO STKMASTER (QMCD,QMHD) VALUES (2,'PADDY')"); });
+        db.reset();
+        return seen + "|" + filesIn(path.parent_path());
+    };
+    const std::string refused = " is read-only: nothing can be saved to it.";
+    EXPECT_EQ(qx::test::AsUnprivileged([&] { return use(readOnlyFile); }),
+              "WHEAT|" + readOnlyFile.string() + refused + "|" + readOnlyFile.string() + refused + "|firm.kdb ");
+    EXPECT_EQ(qx::test::AsUnprivileged([&] { return use(inLockedFolder); }),
+              "WHEAT|" + inLockedFolder.string() + refused + "|" + inLockedFolder.string() + refused + "|firm.kdb ");
+
+    // Made writable again, each opens and saves as any company does.
+    fs::permissions(readOnlyFile, fs::perms::all & ~fs::perms::owner_exec & ~fs::perms::group_exec & ~fs::perms::others_exec);
+    fs::permissions(lockedFolder, fs::perms::all);
+    for (const fs::path& path : {readOnlyFile, inLockedFolder})
+        EXPECT_EQ(qx::test::AsUnprivileged([&] {
+                      auto db = SqliteCompanyDb::Open(path);
+                      Transaction unit(*db);
+                      db->ExecuteSql("INSERT INTO STKMASTER (QMCD,QMHD) VALUES (2,'PADDY')");
+                      unit.Commit();
+                      return db->LookupValue("STKMASTER", "COUNT(*)", "").AsText();
+                  }),
+                  "2")
+            << path;
+}
+
+// A program killed after saving leaves its last saves in the -wal file; a user who may not
+// write the company still reads them.
+TEST(CompanyFile, AReadOnlyCompanyShowsWhatItsWalFileHolds) {
+    TempDir dir;
+    const fs::path path = dir.Path() / "firm.kdb";
+    SqliteCompanyDb::Create(path, "Firm");
+    qx::test::InChildProcess([&] {
+        auto db = SqliteCompanyDb::Open(path);
+        db->ExecuteSql("INSERT INTO STKMASTER (QMCD,QMHD) VALUES (1,'WHEAT')");
+        _exit(0); // killed: the -wal is never checkpointed into the file
+        return std::string();
+    });
+    ASSERT_TRUE(fs::exists(path.string() + "-wal"));
+    fs::permissions(path, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+    EXPECT_EQ(qx::test::AsUnprivileged([&] {
+                  return SqliteCompanyDb::Open(path)->LookupValue("STKMASTER", "QMHD", "QMCD=1").AsText();
+              }),
+              "WHEAT");
+}
+
+TEST(CompanyFile, AFullDiskIsSaidSo) {
+    TempDir dir;
+    const fs::path made = dir.Path() / "firm.kdb";
+    SqliteCompanyDb::Create(made, "Firm");
+    const fs::path small = dir.Path() / "small";
+    fs::create_directories(small);
+    const fs::path path = small / "firm.kdb";
+    const auto seen = qx::test::OnSmallDisk(small, 256, [&] {
+        fs::copy_file(made, path);
+        qx::test::FillDisk(small);
+        std::string report = ThrownMessage([&] { SqliteCompanyDb::Open(path); });
+        fs::remove(small / "filler");
+        auto db = SqliteCompanyDb::Open(path);
+        qx::test::FillDisk(small);
+        return report + "|" + ThrownMessage([&] {
+                   Transaction unit(*db);
+                   db->ExecuteSql("INSERT INTO FANAR (NARRATIONID,NARRATION) VALUES (1,'" +
+                                  std::string(200, 'x') + "')");
+                   db->ExecuteSql("INSERT INTO FANAR SELECT NARRATIONID+1, NARRATION||NARRATION FROM FANAR");
+                   unit.Commit();
+               });
+    });
+    if (!seen)
+        GTEST_SKIP() << "This system allows no user namespaces, so no small disk can be made "
+                        "without privileges to fill.";
+    const std::string full = "The disk holding " + path.string() + " is full: free some space and try again.";
+    EXPECT_EQ(*seen, full + "|" + full);
 }
 
 // ---- the traps of the module's SQL -----------------------------------------------------------
@@ -443,12 +600,26 @@ TEST_F(Company, ValuesReadBackInTheFormOfTheirColumn) {
 
 // ---- lookups, schema changes, errors, transactions ---------------------------------------------
 
-TEST_F(Company, LookupValueGivesNullForNoRowAndForAFailure) {
+TEST_F(Company, AbsenceIsAResultAndAnErrorIsAnError) {
     AddModuleSchema();
     EXPECT_TRUE(db_->LookupValue("MARKETMASTER", "MAX(MARKETID)", "").IsNull());
     EXPECT_TRUE(db_->LookupValue("FAMASTER", "MCD", "MHD='NOBODY'").IsNull());
-    EXPECT_TRUE(db_->LookupValue("NOSUCHTABLE", "MCD", "MHD='X'").IsNull());
-    EXPECT_TRUE(db_->LookupValue("FAMASTER", "MCD", "MHD=").IsNull());
+    EXPECT_FALSE(db_->TableExists("NOSUCHTABLE"));
+    EXPECT_FALSE(db_->FieldExists("SERIES", "NOSUCHTABLE"));
+    EXPECT_FALSE(db_->FieldExists("NOSUCHFIELD", "MARKETMASTER"));
+
+    // A wrong column, a wrong table or a broken condition is an error, never "nothing found".
+    EXPECT_THROW(db_->LookupValue("FAMASTER", "NOSUCHFIELD", "MCD=1"), DbError);
+    EXPECT_THROW(db_->LookupValue("DOCMAIN", "DOCUMENTID", "NOSUCHFIELD=1"), DbError);
+    EXPECT_THROW(db_->LookupValue("NOSUCHTABLE", "MCD", "MHD='X'"), DbError);
+    EXPECT_THROW(db_->LookupValue("FAMASTER", "MCD", "MHD="), DbError);
+
+    // So is a damaged company.
+    DamageSchema(db_->Path());
+    const std::string damaged = db_->Path().string() + " is damaged: restore it from a backup copy.";
+    EXPECT_EQ(ThrownMessage([&] { db_->TableExists("FAMASTER"); }), damaged);
+    EXPECT_EQ(ThrownMessage([&] { db_->FieldExists("MCD", "FAMASTER"); }), damaged);
+    EXPECT_EQ(ThrownMessage([&] { db_->LookupValue("STKMASTER", "QMCD", "QMCD=1"); }), damaged);
 }
 
 TEST_F(Company, AddFieldsAddsOnlyMissingColumnsAndTheFirstTypeStays) {

@@ -95,6 +95,13 @@ TEST_F(SaveCheckTest, FormNumberIsUniqueWithinBookSeriesAndMarket) {
     doc->SeriesSelected();
     EXPECT_TRUE(Save()) << "another market";
     EXPECT_TRUE(Messages().empty());
+
+    // A look-up that fails (the market column gone from under it) is no "not found": the save
+    // stops on the error instead of passing a form it could not check.
+    doc->mainFields.SetValue("MarketID", "1");
+    doc->SeriesSelected();
+    Db().ExecuteSql("ALTER TABLE DOCMAIN RENAME COLUMN MARKETID TO MANDIID");
+    EXPECT_THROW(Save(), DbError);
 }
 
 TEST_F(SaveCheckTest, WithOneMarketAndNoBookTheFormNumberIsUniqueInTheSeries) {
