@@ -42,19 +42,17 @@ bool IsFarmProduce(std::string_view itemName) {
     return commodity == "PADDY" || commodity == "WHEAT" || commodity == "COTTON";
 }
 
-LedgerHeads::LedgerHeads(qx::CompanyDb& db)
-    : db_(db), lastCode_(db.LookupValue("FAMASTER", "MAX(MCD)", "").AsInt()) {}
-
 std::int32_t LedgerHeads::Ensure(std::string_view name, std::int32_t group, std::int32_t vatClass,
                                  std::int32_t tradingLink) {
     // Heads are kept in upper case, so they are looked for so too: a backend that compares
     // case-sensitively must find the head a lower-case item name made last time.
     const auto head = qx::UpperCase(name);
+    qx::Transaction unit(db_);
     auto record =
         db_.OpenRecordset("SELECT * FROM FAMASTER WHERE MHD=" + qx::SqlQuote(head) + " AND MST=''");
     std::int32_t code = 0;
     if (record->EndOfRows()) {
-        code = ++lastCode_;
+        code = db_.LookupValue("FAMASTER", "MAX(MCD)", "").AsInt() + 1;
         std::string salePurchase;
         if (vatClass != 0)
             salePurchase =
@@ -92,6 +90,7 @@ std::int32_t LedgerHeads::Ensure(std::string_view name, std::int32_t group, std:
                                "," + std::to_string(vatClass) + ")",
                            128);
     }
+    unit.Commit();
     return code;
 }
 

@@ -47,21 +47,23 @@ const VatRate* FindVatRate(std::int32_t code);
 bool IsFarmProduce(std::string_view itemName);
 
 // Finds or creates heads by name, in upper case, among the heads without a sub-type
-// (MST=''). New heads take consecutive codes after the highest code in use when the object
-// was made, so one object serves one run of heads.
+// (MST=''). A new head takes the code after the highest in use, so that a run of new heads
+// gets consecutive codes.
 class LedgerHeads {
 public:
-    explicit LedgerHeads(qx::CompanyDb& db);
+    explicit LedgerHeads(qx::CompanyDb& db) : db_(db) {}
 
     // The head's code. A new head is created in the group, with its print head and, for a
     // VAT class, the class's sales/purchase indicator; an existing head is only moved to the
-    // group. A VAT class other than 0 is given to the head unless it has it already.
+    // group. A VAT class other than 0 is given to the head unless it has it already. Each head
+    // is one unit of work: whether it exists and which code is free are decided under the
+    // write lock that writes it, so another program creating heads at the same time can take
+    // neither its name nor its code, and a failure leaves the heads written before it.
     std::int32_t Ensure(std::string_view name, std::int32_t group, std::int32_t vatClass,
                         std::int32_t tradingLink);
 
 private:
     qx::CompanyDb& db_;
-    std::int32_t lastCode_;
 };
 
 } // namespace kivra

@@ -273,7 +273,6 @@ void frmDocAutoPostingItem::Save() {
     const auto taxName = qx::Trim(taxAc_.Text());
     const std::int32_t taxClass = taxName.empty() ? 0 : TaxAccountClass(taxName);
 
-    // One object for the three, so that new accounts get consecutive codes.
     LedgerHeads heads(db);
     // A box left empty names no account: none is made, and its code is stored as 0.
     auto account = [&](const qx::ui::TextBox& box, std::int32_t group, std::int32_t vatClass,
@@ -287,6 +286,8 @@ void frmDocAutoPostingItem::Save() {
     const auto tax =
         account(taxAc_, purchaseSeries_ ? kGroupTaxes : kGroupPayable, taxClass, trading);
 
+    // Whether the series and category have their row is decided under the lock that writes it.
+    qx::Transaction unit(db);
     auto row = db.OpenRecordset(
         "SELECT * FROM VATCATEGORYTAXRATES WHERE SERIESID=" + std::to_string(seriesId_) +
         " AND VATCTGNO=" + std::to_string(vatCategory_));
@@ -301,6 +302,7 @@ void frmDocAutoPostingItem::Save() {
     row->SetField("TaxVATClassCode", taxClass);
     row->Update();
     row->Close();
+    unit.Commit();
     Close(true);
 }
 

@@ -179,7 +179,6 @@ void frmKivraRates::CreateHeads(qx::CompanyDb& db, const VatRate& rate) {
         {"LABOUR (SELF) : " + item, kGroupMandiExpenses, 0},
     };
 
-    // One object for the whole set, so that new heads get consecutive codes.
     LedgerHeads heads(db);
     const auto trading = heads.Ensure("TRADING A/C: " + item, kGroupTrading, 0, 0);
     for (const auto& head : itemHeads) heads.Ensure(head.name, head.group, head.vatClass, trading);

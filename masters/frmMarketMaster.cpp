@@ -100,17 +100,21 @@ void frmMarketMaster::FillGrid() {
     grid_.SetRedraw(true);
 }
 
+bool frmMarketMaster::NameTaken(const std::string& name, std::int64_t id) {
+    auto same = db_->OpenRecordset("SELECT * FROM MARKETMASTER WHERE MARKETNAME=" +
+                                   qx::SqlQuote(name) + " AND MARKETID<>" + std::to_string(id));
+    const bool taken = !same->EndOfRows();
+    same->Close();
+    return taken;
+}
+
 void frmMarketMaster::CheckCell(int row, int col, const std::string& value, bool& cancel) {
     if (col == kColName && !value.empty()) {
         // Renaming a market to its own name is no duplicate: its own id is left out.
-        auto id = qx::Value(grid_.TextMatrix(row, kColId)).AsLong();
-        auto same = db_->OpenRecordset("SELECT * FROM MARKETMASTER WHERE MARKETNAME=" +
-                                       qx::SqlQuote(value) + " AND MARKETID<>" + std::to_string(id));
-        if (!same->EndOfRows()) {
+        if (NameTaken(value, qx::Value(grid_.TextMatrix(row, kColId)).AsLong())) {
             context_.Util().ShowMessage("This Market Name already exists.", "", "W");
             cancel = true;
         }
-        same->Close();
     } else if (col == kColSeries && qx::CharacterCount(value) > 5) {
         // Deliberately tighter than the column's 10: form series are short codes.
         context_.Util().ShowMessage("Maximum 5 characters allowed in Series.", "", "E");
@@ -122,19 +126,33 @@ bool frmMarketMaster::SaveRow(int row) {
     try {
         auto id = qx::Value(grid_.TextMatrix(row, kColId)).AsLong();
         bool isNew = id == 0;
-        if (isNew) id = db_->LookupValue("MARKETMASTER", "MAX(MARKETID)", "").AsLong() + 1;
-        auto record = db_->OpenRecordset("SELECT * FROM MARKETMASTER WHERE MARKETID=" + std::to_string(id));
-        if (record->EndOfRows()) {
-            record->AddNew();
-            record->SetField("MARKETID", id);
+        bool taken = false;
+        {
+            // The name and a new market's id are decided again under the lock that writes the
+            // row: another program may have saved a market since the cell was checked.
+            qx::Transaction unit(*db_);
+            taken = NameTaken(grid_.TextMatrix(row, kColName), id);
+            if (!taken) {
+                if (isNew) id = db_->LookupValue("MARKETMASTER", "MAX(MARKETID)", "").AsLong() + 1;
+                auto record = db_->OpenRecordset("SELECT * FROM MARKETMASTER WHERE MARKETID=" + std::to_string(id));
+                if (record->EndOfRows()) {
+                    record->AddNew();
+                    record->SetField("MARKETID", id);
+                }
+                record->SetField("MARKETNAME", grid_.TextMatrix(row, kColName));
+                record->SetField("STATION", grid_.TextMatrix(row, kColStation));
+                record->SetField("STATE", grid_.TextMatrix(row, kColState));
+                record->SetField("SERIES", grid_.TextMatrix(row, kColSeries));
+                record->SetField("REMARKS", grid_.TextMatrix(row, kColRemarks));
+                record->Update();
+                record->Close();
+                unit.Commit();
+            }
         }
-        record->SetField("MARKETNAME", grid_.TextMatrix(row, kColName));
-        record->SetField("STATION", grid_.TextMatrix(row, kColStation));
-        record->SetField("STATE", grid_.TextMatrix(row, kColState));
-        record->SetField("SERIES", grid_.TextMatrix(row, kColSeries));
-        record->SetField("REMARKS", grid_.TextMatrix(row, kColRemarks));
-        record->Update();
-        record->Close();
+        if (taken) {
+            context_.Util().ShowMessage("This Market Name already exists.", "", "W");
+            return false;
+        }
         // The id is written only once the row is stored, so a failed save leaves it new.
         if (isNew) grid_.SetTextMatrix(row, kColId, std::to_string(id));
         return true;

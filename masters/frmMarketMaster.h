@@ -29,6 +29,8 @@ protected:
 
 private:
     void FillGrid();
+    // Whether another market than the one of that id has the name (the database compares).
+    bool NameTaken(const std::string& name, std::int64_t id);
     void CheckCell(int row, int col, const std::string& newValue, bool& cancel);
     bool SaveRow(int row);
     void DeleteRow();

@@ -5,6 +5,13 @@
 namespace kivra {
 
 void CheckMarketTable(qx::CompanyDb& db) {
+    auto complete = [&] {
+        return db.TableExists("MARKETMASTER") && db.FieldExists("SERIES", "MARKETMASTER");
+    };
+    if (complete()) return;
+    // Asked again under the write lock, so that two programs opening the market master of a
+    // new company do not both create the table.
+    qx::Transaction unit(db);
     if (!db.TableExists("MARKETMASTER")) {
         db.ExecuteSql("CREATE TABLE MARKETMASTER ( MARKETID INT NOT NULL, MARKETNAME VARCHAR(60) "
                       "NOT NULL, STATION VARCHAR(30), STATE VARCHAR(30), REMARKS VARCHAR(80), "
@@ -17,6 +24,7 @@ void CheckMarketTable(qx::CompanyDb& db) {
         db.ExecuteSql("ALTER TABLE MARKETMASTER ADD SERIES VARCHAR(10) NOT NULL", 128);
         db.ExecuteSql("UPDATE MARKETMASTER SET SERIES='' WHERE SERIES IS NULL", 128);
     }
+    unit.Commit();
 }
 
 void CheckKivraFields(qx::CompanyDb& db) {
@@ -38,6 +46,17 @@ void CheckKivraFields(qx::CompanyDb& db) {
             db.AddFields(group.table, group.type, group.fields);
         } catch (const std::exception&) {
         }
+    }
+    // The form number is used once in its series, book and market, whatever program saves the
+    // form: the index is the last word behind the check before each save. It counts the forms
+    // that have a number, as the check does; a form of a series without a book box, or without
+    // a market, counts as book or market 0, since the index would hold every NULL distinct. A
+    // company that already holds a doubled form gets no index until the user renumbers it.
+    try {
+        db.ExecuteSql("CREATE UNIQUE INDEX IF NOT EXISTS DOCMAIN_FORMNO ON DOCMAIN (DOCSERIES, "
+                      "COALESCE(FORMBOOKNO,0), FORMNO, COALESCE(MARKETID,0)) WHERE FORMNO<>0",
+                      128);
+    } catch (const std::exception&) {
     }
 }
 

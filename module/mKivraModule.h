@@ -14,7 +14,8 @@ inline constexpr std::int32_t kAllMarkets = -1;
 
 // Creates MARKETMASTER, its name index and its SERIES column where they are missing.
 void CheckMarketTable(qx::CompanyDb& db);
-// Adds the module's columns to the host's item master and document tables where missing.
+// Adds the module's columns to the host's item master and document tables where missing, and
+// the unique index of form numbers.
 void CheckKivraFields(qx::CompanyDb& db);
 
 bool MultipleMarketRqr(ModuleContext& context);

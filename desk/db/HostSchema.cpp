@@ -254,15 +254,17 @@ const std::vector<GroupSpec> kStandardGroups = {
 struct IndexSpec {
     std::string_view table;
     std::vector<std::string_view> columns;
+    bool unique = false;
 };
 
 // What every save and every report reads: documents by date and series, lines by document and
 // by product, ledger rows by transaction type and date, by account and date and by voucher
 // (the next voucher's number, a voucher deleted to be written again), narrations by their text
-// (every voucher row looks its narration up), names.
+// (every voucher row looks its narration up), names. A document's number is its series' once:
+// the index is the last word on it, whatever a program checked before writing.
 const std::vector<IndexSpec> kIndexes = {
     {"DOCMAIN", {"DOCDATE", "DOCSERIES"}},
-    {"DOCMAIN", {"DOCSERIESID", "DOCNUMBER"}},
+    {"DOCMAIN", {"DOCSERIESID", "DOCNUMBER"}, true},
     {"DOCDATA", {"DOCUMENTID"}},
     {"DOCDATA", {"PRODUCTID"}},
     {"FADATA", {"DTRNTYPE", "DVCHDATE"}},
@@ -315,9 +317,41 @@ std::string CreateTableSql(const TableSpec& table) {
     return sql + ")";
 }
 
+std::string IndexName(const IndexSpec& index, bool unique) {
+    return (unique ? "UX_" : "IX_") + std::string(index.table) + "_" + Joined(index.columns, "_");
+}
+
 std::string CreateIndexSql(const IndexSpec& index) {
-    return "CREATE INDEX IF NOT EXISTS IX_" + std::string(index.table) + "_" + Joined(index.columns, "_") +
-           " ON " + std::string(index.table) + " (" + Joined(index.columns, ", ") + ")";
+    return std::string(index.unique ? "CREATE UNIQUE INDEX" : "CREATE INDEX") +
+           " IF NOT EXISTS " + IndexName(index, index.unique) + " ON " +
+           std::string(index.table) + " (" + Joined(index.columns, ", ") + ")";
+}
+
+// Two documents of a series with one number (made before the number was unique) stop the
+// upgrade: which one keeps the number is the user's to say, never the program's.
+void RefuseDoubledDocumentNumbers(CompanyDb& db) {
+    auto rows = db.OpenRecordset(
+        "SELECT D.DOCSERIES, D.DOCNUMBER, D.DOCUMENTID FROM DOCMAIN D WHERE EXISTS (SELECT 1 "
+        "FROM DOCMAIN O WHERE O.DOCSERIESID=D.DOCSERIESID AND O.DOCNUMBER=D.DOCNUMBER AND "
+        "O.DOCUMENTID<>D.DOCUMENTID) ORDER BY D.DOCSERIESID, D.DOCNUMBER, D.DOCUMENTID");
+    std::string doubled;
+    std::string last;
+    for (; !rows->EndOfRows(); rows->MoveNext()) {
+        const std::string number =
+            rows->Field(0).AsText() + " no. " + rows->Field(1).AsText();
+        const std::string id = rows->Field(2).AsText();
+        if (number == last) {
+            doubled += ", " + id;
+            continue;
+        }
+        doubled += (doubled.empty() ? "" : "); ") + number + " (documents " + id;
+        last = number;
+    }
+    if (doubled.empty())
+        return;
+    throw DbError("The company holds documents that share a number in their series: " + doubled +
+                  "). This QX Desk keeps every number once; give each of them its own number "
+                  "in the QX Desk that made the company, then open it here. Nothing was changed.");
 }
 
 void InsertStandardGroups(CompanyDb& db) {
@@ -359,8 +393,13 @@ void UpgradeHostSchema(CompanyDb& db) {
                               std::string(column.existingRows));
         }
     }
-    for (const IndexSpec& index : kIndexes)
+    RefuseDoubledDocumentNumbers(db);
+    for (const IndexSpec& index : kIndexes) {
+        // A unique index replaces the plain one of an older version.
+        if (index.unique)
+            db.ExecuteSql("DROP INDEX IF EXISTS " + IndexName(index, false));
         db.ExecuteSql(CreateIndexSql(index));
+    }
     db.ExecuteSql("UPDATE QXCOMPANY SET VALUE=" + SqlQuote(std::to_string(kHostSchemaVersion)) +
                   " WHERE NAME='SCHEMAVERSION'");
 }

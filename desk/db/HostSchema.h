@@ -24,6 +24,8 @@ inline constexpr std::array kSchemaHistory = {
                      "DOCCONFIG; applied charges DOCCHARGEDATA; sale type and voucher of DOCMAIN"},
     SchemaVersion{4, "indexes of ledger rows by voucher and of narrations by their text"},
     SchemaVersion{5, "the figures a series' number column takes, DOCCOLUMNS.FIGURES"},
+    SchemaVersion{6, "document numbers unique within their series (UX_DOCMAIN_DOCSERIESID_DOCNUMBER "
+                     "replaces the plain index)"},
 };
 inline constexpr int kHostSchemaVersion = kSchemaHistory.back().version;
 
@@ -34,8 +36,10 @@ inline constexpr std::string_view kCompanyFormat = "QX Desk company";
 // Creates the tables, their indexes and the marker. The caller wraps it in one transaction.
 void CreateHostSchema(CompanyDb& db, std::string_view companyName);
 // Brings a company of an older schema version up to this one: the tables, columns and
-// indexes it lacks (every change so far only adds), the standard groups of a new groups
-// table, and the version mark. The caller wraps it in one transaction.
+// indexes it lacks, the standard groups of a new groups table, and the version mark. A
+// company whose data breaks a new unique index (two documents of a series with one number) is
+// refused with a message naming them: its data is never changed to fit. The caller wraps it in
+// one transaction.
 void UpgradeHostSchema(CompanyDb& db);
 
 } // namespace qx::db

@@ -62,8 +62,12 @@ std::int32_t NewDocumentId(CompanyDb& db) {
 }
 
 std::int32_t NextNumber(CompanyDb& db, std::int32_t seriesId) {
-    return std::max(db.LookupValue("DOCCONFIG", "NEXTNUMBER", "SERIESID=" + Id(seriesId)).AsInt(),
-                    1);
+    auto number =
+        std::max(db.LookupValue("DOCCONFIG", "NEXTNUMBER", "SERIESID=" + Id(seriesId)).AsInt(), 1);
+    // A saved document renumbered by hand may stand beyond the series' count.
+    while (NumberTaken(db, seriesId, number, 0))
+        ++number;
+    return number;
 }
 
 bool NumberTaken(CompanyDb& db, std::int32_t seriesId, std::int32_t number,

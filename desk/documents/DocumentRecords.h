@@ -26,7 +26,8 @@ struct AppliedCharge {
 std::vector<AppliedCharge> ReadCharges(CompanyDb& db, std::int32_t documentId);
 
 std::int32_t NewDocumentId(CompanyDb& db);
-// The number a new document of the series gets unless the user gives one.
+// The number a new document of the series gets unless the user gives one: the first free one
+// from the series' count on.
 std::int32_t NextNumber(CompanyDb& db, std::int32_t seriesId);
 // Whether another document of the series has that number.
 bool NumberTaken(CompanyDb& db, std::int32_t seriesId, std::int32_t number,

@@ -38,9 +38,12 @@ void PutCells(ui::Grid& grid, const std::vector<std::vector<std::string>>& cells
 
 } // namespace
 
-std::int32_t DocumentScreen::DocumentNumber() {
+// The number the document is saved under, decided inside the save's unit of work. The number
+// the screen proposed, left as it was, gives way to the series' next free number now: another
+// program may have taken it meanwhile. A number the user typed is his, and must be free.
+std::int32_t DocumentScreen::NumberToSave(bool proposed) {
     const auto typed = static_cast<std::int32_t>(TextToAmount(number_.Text()).WholePart());
-    return typed > 0 ? typed : NextNumber(Db(), seriesId_);
+    return typed > 0 && !proposed ? typed : NextNumber(Db(), seriesId_);
 }
 
 bool DocumentScreen::RowHasContent(int row) const {
@@ -73,7 +76,7 @@ std::string DocumentScreen::LineRefusal(int row) const {
 }
 
 // The host's own checks of a document before it is offered to the extensions for saving.
-std::string DocumentScreen::Refusal() {
+std::string DocumentScreen::Refusal(std::int32_t number) {
     if (!Date::ParseDisplay(date_.Text()))
         return "Enter the date as dd/MM/yyyy.";
     if (document_.PartyID() == 0)
@@ -91,7 +94,6 @@ std::string DocumentScreen::Refusal() {
     }
     if (!anyLine)
         return "Enter at least one item.";
-    const std::int32_t number = DocumentNumber();
     if (NumberTaken(Db(), seriesId_, number, document_.DocumentID()))
         return "Document no. " + std::to_string(number) + " already exists.";
     return {};
@@ -147,39 +149,62 @@ bool DocumentScreen::CancelDocument() {
 bool DocumentScreen::Save(bool cancelled) {
     if (!TakeTyping())
         return false;
-    if (const std::string refusal = Refusal(); !refusal.empty()) {
-        Warn(refusal);
-        return false;
-    }
-    if (document_.RaiseCancellable(
-            [](DocumentEvents& l, bool& cancel) { l.BeforeSaveDocument(cancel); }))
-        return false;
     // Extensions change the screen while it is saved (lines they add, heads they fill in); a
     // save that fails leaves the document as the user typed it.
     const Content typed = TakeContent();
+    const bool proposed = document_.IsNewDocument() && number_.Text() == proposedNumber_;
+    std::string refusal;
+    std::int32_t number = 0;
     try {
-        WriteDocument(cancelled);
+        // The unit takes the write lock before the first check, so that every check deciding
+        // what is written (the number, the extensions' own, such as a form number) runs inside
+        // the unit that writes it: no other program can take a number between the two.
+        Transaction unit(Db());
+        number = NumberToSave(proposed);
+        refusal = Refusal(number);
+        if (refusal.empty()) {
+            if (document_.RaiseCancellable(
+                    [](DocumentEvents& l, bool& cancel) { l.BeforeSaveDocument(cancel); }))
+                return false;
+            WriteDocument(number, cancelled);
+            unit.Commit();
+        }
     } catch (const SaveRefused& refused) {
         PutBack(typed);
-        Warn(refused.what());
-        return false;
+        refusal = refused.what();
+    } catch (const DbError& error) {
+        PutBack(typed);
+        if (error.Problem() != DbProblem::Duplicate)
+            throw;
+        // Only a writer that skipped the checks can have left it so; the index is the last word.
+        refusal = "The company already holds a document with the same number: nothing was "
+                  "saved. Check the document's numbers and save again.";
     } catch (...) {
         PutBack(typed);
         throw;
     }
+    // Refusals are shown once the company is free again for other programs.
+    if (!refusal.empty()) {
+        Warn(refusal);
+        return false;
+    }
+    if (proposed && std::to_string(number) != proposedNumber_)
+        app_.ShowMessage("Document no. " + proposedNumber_ +
+                             " was taken meanwhile: this document is saved as no. " +
+                             std::to_string(number) + ".",
+                         "", "I");
     lastDate_ = document_.DocDate();
     NewDocument();
     return true;
 }
 
-// One unit of work: the header, the lines, the charges, the voucher and whatever the
-// extensions write in their events; an error anywhere undoes all of it. An edited document
+// Inside the save's unit of work: the header, the lines, the charges, the voucher and whatever
+// the extensions write in their events; an error anywhere undoes all of it. An edited document
 // keeps its id and its voucher's number, and its lines and voucher are written again.
-void DocumentScreen::WriteDocument(bool cancelled) {
+void DocumentScreen::WriteDocument(std::int32_t number, bool cancelled) {
     CompanyDb& db = Db();
     const Series& series = CurrentSeries();
     const bool isNew = document_.IsNewDocument();
-    Transaction unit(db);
     const std::int32_t documentId = isNew ? NewDocumentId(db) : document_.DocumentID();
     std::int32_t voucherId = isNew ? 0 : VoucherOf(db, documentId);
     if (!isNew)
@@ -193,7 +218,7 @@ void DocumentScreen::WriteDocument(bool cancelled) {
     } catch (const std::overflow_error&) {
         throw SaveRefused("The document's total is too large to be worked out.");
     }
-    PropertyBag main = MainRecord(documentId, isNew, totals, cancelled);
+    PropertyBag main = MainRecord(documentId, number, isNew, totals, cancelled);
     const bool posts = series.voucherFactor != 0 && main.GetValue("CANCELLED").AsLong() == 0;
     if (posts && voucherId == 0)
         voucherId = app_.Vouchers().NextVoucherId(db);
@@ -235,13 +260,12 @@ void DocumentScreen::WriteDocument(bool cancelled) {
     document_.Raise([](DocumentEvents& l) { l.SaveDocumentEnd(); });
     if (isNew)
         TakeNumber(db, series.id, main.GetValue("DOCNUMBER").AsInt());
-    unit.Commit();
     document_.SetIdentity(documentId, false);
 }
 
 // The header as saved: an edited document's row as it stands (columns the screen does not
 // hold keep their values), the main fields the table has, then the screen's own figures.
-PropertyBag DocumentScreen::MainRecord(std::int32_t documentId, bool isNew,
+PropertyBag DocumentScreen::MainRecord(std::int32_t documentId, std::int32_t number, bool isNew,
                                        const DocumentTotals& totals, bool cancelled) {
     CompanyDb& db = Db();
     const Series& series = CurrentSeries();
@@ -253,7 +277,7 @@ PropertyBag DocumentScreen::MainRecord(std::int32_t documentId, bool isNew,
     main.SetValue("DOCUMENTID", documentId);
     main.SetValue("DOCSERIES", series.code);
     main.SetValue("DOCSERIESID", series.id);
-    main.SetValue("DOCNUMBER", DocumentNumber());
+    main.SetValue("DOCNUMBER", number);
     main.SetValue("DOCDATE", document_.DocDate());
     main.SetValue("PARTYCODE", document_.PartyID());
     main.SetValue("SALETYPE", TextToAmount(saleType_.Text()).WholePart());
@@ -342,11 +366,13 @@ bool DocumentScreen::DeleteDocument() {
         kAnswerYes)
         return false;
     const std::int32_t documentId = document_.DocumentID();
+    CompanyDb& db = Db();
+    // What the extensions read of the document before it goes (its day, whose voucher they
+    // post again) is read in the unit that deletes it.
+    Transaction unit(db);
     if (document_.RaiseCancellable(
             [&](DocumentEvents& l, bool& cancel) { l.DeleteDocument(documentId, cancel); }))
         return false;
-    CompanyDb& db = Db();
-    Transaction unit(db);
     DeleteDocumentRows(db, documentId);
     document_.Raise([](DocumentEvents& l) { l.DeleteDocumentEnd(); });
     unit.Commit();

@@ -484,7 +484,8 @@ void DocumentScreen::FocusFirstBox() {
 void DocumentScreen::NewDocument() {
     ClearContent();
     date_.SetText(lastDate_.value_or(Today()).ToDisplay());
-    number_.SetText(std::to_string(NextNumber(Db(), seriesId_)));
+    proposedNumber_ = std::to_string(NextNumber(Db(), seriesId_));
+    number_.SetText(proposedNumber_);
     saleType_.SetText("1");
     FillCharges(nullptr);
     ShowTotals();

@@ -146,19 +146,19 @@ private:
     void ShowTotals();
 
     // Saving and deleting (DocumentSaving.cpp).
-    std::int32_t DocumentNumber();
+    std::int32_t NumberToSave(bool proposed);
     bool RowHasContent(int row) const;
     std::string UnworkedRefusal(int row) const;
     std::string LineRefusal(int row) const;
     std::string ContentSnapshot() const;
     bool LeaveDocument();
-    std::string Refusal();
+    std::string Refusal(std::int32_t number);
     bool Save(bool cancelled);
     Content TakeContent();
     void PutBack(const Content& content);
-    void WriteDocument(bool cancelled);
-    PropertyBag MainRecord(std::int32_t documentId, bool isNew, const DocumentTotals& totals,
-                           bool cancelled);
+    void WriteDocument(std::int32_t number, bool cancelled);
+    PropertyBag MainRecord(std::int32_t documentId, std::int32_t number, bool isNew,
+                           const DocumentTotals& totals, bool cancelled);
     PropertyBag LineRecord(int row, std::int32_t documentId, int refNo);
     std::vector<AppliedCharge> AppliedCharges(const DocumentTotals& totals);
     void PostVoucher(VoucherSource source, const PropertyBag& main);
@@ -178,6 +178,7 @@ private:
     ui::TextBox& saleType_;
     std::vector<ui::TextBox*> boxPool_; // as many as the series with most boxes has
     std::string shownContent_; // the document as last shown, new or opened
+    std::string proposedNumber_; // the number a new document was shown with
     ui::Grid& grid_;
     ui::Grid& charges_;
     ui::TextBox& gross_;

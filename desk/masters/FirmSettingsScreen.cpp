@@ -51,8 +51,10 @@ bool FirmSettingsScreen::KeyDown(const ui::KeyPress& key) {
 
 void FirmSettingsScreen::Load() {
     auto& session = app_.DeskSession();
-    properties_.SetText(session.FirmSettings().GetValue("FirmProperties").AsText());
-    itemForms_.SetText(session.FirmSettings().GetValue("ItemForms").AsText());
+    loadedProperties_ = session.FirmSettings().GetValue("FirmProperties").AsText();
+    loadedItemForms_ = session.FirmSettings().GetValue("ItemForms").AsText();
+    properties_.SetText(loadedProperties_);
+    itemForms_.SetText(loadedItemForms_);
     // An option cleared to nothing reads as never set, so it is not listed.
     auto rows = session.Database().OpenRecordset(
         "SELECT OPTIONNO, OPTIONVALUE FROM FIRMOPTIONS WHERE OPTIONVALUE<>'' ORDER BY OPTIONNO");
@@ -60,7 +62,7 @@ void FirmSettingsScreen::Load() {
     int row = 0;
     for (; !rows->EndOfRows(); rows->MoveNext()) {
         options_.SetRows(++row + 1);
-        loadedOptions_.push_back(rows->Field(0).AsInt());
+        loadedOptions_[rows->Field(0).AsInt()] = rows->Field(1).AsText();
         options_.SetTextMatrix(row, kColNumber, rows->Field(0).AsText());
         options_.SetTextMatrix(row, kColValue, rows->Field(1).AsText());
     }
@@ -110,16 +112,22 @@ bool FirmSettingsScreen::Save() {
     }
     auto& session = app_.DeskSession();
     return app_.Guard([&] {
+        // Only what the user changed is written: what another program saved to the settings
+        // since the screen opened stays as it left it.
         Transaction unit(session.Database());
-        session.SetFirmSetting("FirmProperties", properties_.Text());
-        session.SetFirmSetting("ItemForms", itemForms_.Text());
+        if (properties_.Text() != loadedProperties_)
+            session.SetFirmSetting("FirmProperties", properties_.Text());
+        if (itemForms_.Text() != loadedItemForms_)
+            session.SetFirmSetting("ItemForms", itemForms_.Text());
         // An option taken out of the list is cleared: an empty option reads as never set.
-        for (int number : loadedOptions_)
+        for (const auto& [number, value] : loadedOptions_)
             if (std::none_of(options.begin(), options.end(),
                              [&](const auto& kept) { return kept.first == number; }))
                 session.SetOption(number, "");
         for (const auto& [number, value] : options)
-            session.SetOption(number, value);
+            if (auto loaded = loadedOptions_.find(number);
+                loaded == loadedOptions_.end() || loaded->second != value)
+                session.SetOption(number, value);
         unit.Commit();
     });
 }

@@ -6,7 +6,8 @@
 #include "desk/core/DeskApp.h"
 #include "host/ui/Screen.h"
 
-#include <vector>
+#include <map>
+#include <string>
 
 namespace qx::desk {
 
@@ -34,7 +35,10 @@ private:
     ui::TextBox& itemForms_;
     ui::Grid& options_;
     ui::StdButtons& buttons_;
-    std::vector<int> loadedOptions_;
+    // What the screen showed when it opened: only what the user changed is written.
+    std::string loadedProperties_;
+    std::string loadedItemForms_;
+    std::map<int, std::string> loadedOptions_;
 };
 
 } // namespace qx::desk

@@ -295,13 +295,17 @@ std::string TableMaster::Accept(const GridField& field, int row, const std::stri
     }
     if (auto refusal = AcceptText(column, text); !refusal.empty() || !isName)
         return refusal;
+    return NameRefusal(row, text);
+}
+
+std::string TableMaster::NameRefusal(int row, const std::string& name) {
     // A record keeps its own name when the user passes through it: its own key is left out.
-    std::string same = "UPPER(" + column.field + ")=" + SqlQuote(text);
+    std::string same = "UPPER(" + definition_.nameColumn.field + ")=" + SqlQuote(name);
     if (auto saved = SavedKey(row); saved != 0)
         same += " AND " + definition_.keyColumn.field + "<>" + std::to_string(saved);
     auto others =
         Db().OpenRecordset("SELECT COUNT(*) FROM " + definition_.table + " WHERE " + same);
-    return others->Field(0).AsLong() > 0 ? text + " already exists." : "";
+    return others->Field(0).AsLong() > 0 ? name + " already exists." : "";
 }
 
 std::string TableMaster::AcceptKey(const MasterColumn& column, int row, std::string& text) {
@@ -384,12 +388,22 @@ bool TableMaster::SaveRow(int row) {
         return false;
     }
     SavedRecord record;
+    std::string refusal;
     if (!app_.Guard([&] {
             Transaction unit(Db());
+            // The name is checked again under the lock that writes the row: another program
+            // may have saved a record of that name since the cell was left.
+            refusal = NameRefusal(row, grid_.TextMatrix(row, ColumnOf(definition_.nameColumn.field)));
+            if (!refusal.empty())
+                return;
             WriteRow(row, record);
             unit.Commit();
         }))
         return false;
+    if (!refusal.empty()) {
+        Warn(refusal);
+        return false;
+    }
     // The key is written into the row only once the record is stored, so that a failed save
     // leaves the row new.
     grid_.SetTextMatrix(row, savedKeyCol_, std::to_string(record.code));

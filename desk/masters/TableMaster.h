@@ -66,6 +66,8 @@ private:
     std::string AcceptKey(const MasterColumn& column, int row, std::string& text);
     std::string AcceptText(const MasterColumn& column, std::string& text);
     std::string AcceptLookup(const MasterColumn& column, std::string& text, std::string& code);
+    // "NAME already exists." when another record than the row's has the name.
+    std::string NameRefusal(int row, const std::string& name);
     void TakeCell(int row, int col);
     bool SaveRow(int row);
     void WriteRow(int row, SavedRecord& record);

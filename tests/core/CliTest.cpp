@@ -3,7 +3,9 @@
 
 #include "desk/cli/Commands.h"
 
+#include <cstdlib>
 #include <fstream>
+#include <regex>
 #include <sstream>
 
 using namespace qx;
@@ -140,6 +142,85 @@ TEST(Qx, EnterSavesFormsAndRefusesADuplicateFormNumberWithTheUsersMessage) {
     EXPECT_EQ(saved.status, 0) << saved.err;
     EXPECT_EQ(Qx({"sql", path, "SELECT FORMNO, GROSSAMT FROM DOCMAIN WHERE FORMNO=104"}).out,
               "FormNo,GROSSAMT\n104,69832\n");
+}
+
+// J-Forms of Khanna, book 12, one per form number, in one file for `qx enter`.
+std::filesystem::path JFormsFile(const test::TempFolder& folder, const std::string& name, int firstForm,
+                                 int count) {
+    auto file = folder.Path() / (name + ".json");
+    std::ofstream out(file);
+    out << R"({"documents": [)";
+    for (int form = firstForm; form < firstForm + count; ++form)
+        out << (form == firstForm ? "" : ",") << R"({"series": "JF", "date": "04/11/2024",
+            "party": "BALWINDER SINGH GREWAL",
+            "boxes": {"MARKET": "KHANNA", "FORM_BOOK_NO": "12", "FORM_NO": ")" << form << R"("},
+            "lines": [{"PRODUCT_ID": "PADDY", "CUSTOMER_ID": "MARKFED", "QTY_PER_BOX": "37.50",
+                       "QUANTITY": "30.00", "REV_BAGS2": "80", "RATE": "2320"}]})";
+    out << "]}";
+    return file;
+}
+
+// Runs `qx enter` on each file at once, each in a process of its own, as two clerks' scripts
+// would; what each printed, in the order of the files.
+std::vector<QxRun> EnterAtOnce(const test::TempFolder& folder, const std::string& company,
+                               const std::vector<std::filesystem::path>& files) {
+    std::string shell;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const auto run = (folder.Path() / ("run" + std::to_string(i))).string();
+        shell += "(" + std::string(QX_PROGRAM) + " enter '" + company + "' '" + files[i].string() +
+                 "' > '" + run + ".out' 2> '" + run + ".err'; echo $? > '" + run + ".status') & ";
+    }
+    EXPECT_EQ(std::system((shell + "wait").c_str()), 0);
+    std::vector<QxRun> runs;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const auto run = folder.Path() / ("run" + std::to_string(i));
+        runs.push_back({std::stoi(FileBytes(run.string() + ".status")), FileBytes(run.string() + ".out"),
+                        FileBytes(run.string() + ".err")});
+    }
+    return runs;
+}
+
+long Occurrences(const std::string& text, const std::string& what) {
+    long count = 0;
+    for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++count;
+    return count;
+}
+
+// Two `qx enter` runs on one company at the same moment: every document is saved exactly once,
+// no number is doubled, and no valid form is refused as a duplicate of the other run's.
+TEST(Qx, TwoEntersAtOnceSaveEveryDocumentExactlyOnce) {
+    test::TempFolder folder;
+    auto path = (folder.Path() / "demo.kdb").string();
+    ASSERT_EQ(Qx({"demo", path}).status, 0);
+    auto count = [&](const std::string& where) {
+        return std::stol(Qx({"sql", path, "SELECT COUNT(*) FROM DOCMAIN WHERE " + where}).out.substr(9));
+    };
+    auto doubledNumbers = [&] {
+        return Qx({"sql", path, "SELECT DOCSERIES, DOCNUMBER FROM DOCMAIN GROUP BY DOCSERIESID, DOCNUMBER "
+                                "HAVING COUNT(*)>1"}).out;
+    };
+    const long before = count("1=1");
+
+    // Different forms, one file each.
+    auto different = EnterAtOnce(folder, path, {JFormsFile(folder, "a", 301, 25), JFormsFile(folder, "b", 401, 25)});
+    for (const auto& run : different) {
+        EXPECT_EQ(run.status, 0) << run.err;
+        EXPECT_EQ(Occurrences(run.out, ": saved\n"), 25) << run.out;
+        EXPECT_EQ(run.out.find("already exists"), std::string::npos) << run.out;
+    }
+    EXPECT_EQ(count("1=1"), before + 50);
+    EXPECT_EQ(doubledNumbers(), "DOCSERIES,DOCNUMBER\n");
+
+    // The same file twice: each form is saved by one run and refused by the other.
+    const auto same = JFormsFile(folder, "c", 501, 25);
+    auto twice = EnterAtOnce(folder, path, {same, same});
+    EXPECT_EQ(Occurrences(twice[0].out + twice[1].out, ": saved\n"), 25);
+    EXPECT_EQ(Occurrences(twice[0].out + twice[1].out, "[W] This form no. already exists"), 25);
+    EXPECT_EQ(count("DOCSERIES='JF' AND FORMNO BETWEEN 501 AND 525"), 25);
+    EXPECT_EQ(Qx({"sql", path, "SELECT FORMNO FROM DOCMAIN WHERE FORMNO BETWEEN 301 AND 525 GROUP BY "
+                               "DOCSERIES, FORMBOOKNO, FORMNO, MARKETID HAVING COUNT(*)>1"}).out,
+              "FormNo\n");
+    EXPECT_EQ(doubledNumbers(), "DOCSERIES,DOCNUMBER\n");
 }
 
 } // namespace

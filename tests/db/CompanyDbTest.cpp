@@ -218,6 +218,12 @@ TEST(CompanyFile, OpenSaysWhatKeepsAFileFromOpeningAndLeavesItUnchanged) {
         EXPECT_EQ(FileBytes(file), before) << file;
     }
 
+    const fs::path newer = dir.Path() / "newer.kdb";
+    SqliteCompanyDb::Create(newer, "Newer")
+        ->ExecuteSql("UPDATE QXCOMPANY SET VALUE='99' WHERE NAME='SCHEMAVERSION'");
+    EXPECT_EQ(ThrownMessage([&] { SqliteCompanyDb::Open(newer); }),
+              newer.string() + " was made by a newer QX Desk (schema version 99)");
+
     // A company whose first page was overwritten.
     const fs::path damaged = dir.Path() / "damaged.kdb";
     SqliteCompanyDb::Create(damaged, "Damaged");
@@ -250,28 +256,42 @@ TEST(CompanyFile, OpenSaysWhatKeepsAFileFromOpeningAndLeavesItUnchanged) {
               "You have no permission to read " + closed.string() + ".");
 }
 
-TEST(CompanyFile, OpenRefusesACompanyOfANewerSchema) {
-    TempDir dir;
-    const fs::path path = dir.Path() / "newer.kdb";
-    SqliteCompanyDb::Create(path, "Newer")
-        ->ExecuteSql("UPDATE QXCOMPANY SET VALUE='99' WHERE NAME='SCHEMAVERSION'");
-    EXPECT_NE(ThrownMessage([&] { SqliteCompanyDb::Open(path); }).find("newer QX Desk"),
-              std::string::npos);
-}
-
-TEST(CompanyFile, OlderCompanyIsBroughtUpToDateWhenOpenedKeepingItsData) {
+// A company made by an older QX Desk is brought up to date as it is opened, keeping its data;
+// one made when two programs saving at once could double a document's number is refused,
+// naming the documents, and left as it was until they are renumbered.
+TEST(CompanyFile, OlderCompanyIsBroughtUpToDateUnlessItDoublesANumber) {
     TempDir dir;
     const fs::path path = dir.Path() / "older.kdb";
     {
         auto older = SqliteCompanyDb::Create(path, "Older");
         older->ExecuteSql("DROP TABLE FAGROUPS");
         older->ExecuteSql("DROP INDEX IX_FADATA_DCD_DVCHDATE");
+        older->ExecuteSql("DROP INDEX UX_DOCMAIN_DOCSERIESID_DOCNUMBER");
+        older->ExecuteSql("CREATE INDEX IX_DOCMAIN_DOCSERIESID_DOCNUMBER ON DOCMAIN (DOCSERIESID, DOCNUMBER)");
         older->ExecuteSql("INSERT INTO FAMASTER (MCD, MHD) VALUES (1, 'SELF')");
         // A series column of a company made before columns said which figures they take.
         older->ExecuteSql("ALTER TABLE DOCCOLUMNS DROP COLUMN FIGURES");
         older->ExecuteSql("INSERT INTO DOCCOLUMNS (SERIESID, POSITION) VALUES (1, 1)");
+        older->ExecuteSql("INSERT INTO DOCMAIN (DOCUMENTID,DOCSERIES,DOCSERIESID,DOCNUMBER) VALUES "
+                          "(1,'JF',1,5), (2,'JF',1,5), (3,'IF',2,5), (4,'JF',1,6), (5,'JF',1,5), "
+                          "(6,'IF',2,9), (7,'IF',2,9)");
         older->ExecuteSql("UPDATE QXCOMPANY SET VALUE='1' WHERE NAME='SCHEMAVERSION'");
     }
+    const std::string before = FileBytes(path);
+    const std::string refusal = ThrownMessage([&] { SqliteCompanyDb::Open(path); });
+    EXPECT_NE(refusal.find("JF no. 5 (documents 1, 2, 5); IF no. 9 (documents 6, 7)"),
+              std::string::npos)
+        << refusal;
+    EXPECT_NE(refusal.find("Nothing was changed."), std::string::npos) << refusal;
+    EXPECT_EQ(FileBytes(path), before);
+
+    // Renumbered (here by hand), the company is brought up to date, and a number can no longer
+    // be doubled, whoever writes it.
+    sqlite3* raw = nullptr;
+    ASSERT_EQ(sqlite3_open(path.c_str(), &raw), SQLITE_OK);
+    sqlite3_exec(raw, "UPDATE DOCMAIN SET DOCNUMBER=DOCUMENTID+10 WHERE DOCUMENTID IN (2,5,7)",
+                 nullptr, nullptr, nullptr);
+    sqlite3_close(raw);
     auto db = SqliteCompanyDb::Open(path);
     EXPECT_EQ(db->LookupValue("QXCOMPANY", "VALUE", "NAME='SCHEMAVERSION'").AsText(),
               std::to_string(qx::db::kHostSchemaVersion));
@@ -280,6 +300,15 @@ TEST(CompanyFile, OlderCompanyIsBroughtUpToDateWhenOpenedKeepingItsData) {
     EXPECT_EQ(db->LookupValue("FAMASTER", "MHD", "MCD=1").AsText(), "SELF");
     // It took negative figures before, so it still does.
     EXPECT_EQ(db->LookupValue("DOCCOLUMNS", "FIGURES", "SERIESID=1").AsText(), "signed");
+    try {
+        db->ExecuteSql("INSERT INTO DOCMAIN (DOCUMENTID,DOCSERIES,DOCSERIESID,DOCNUMBER) VALUES "
+                       "(8,'JF',1,6)");
+        ADD_FAILURE() << "a doubled number was saved";
+    } catch (const DbError& error) {
+        EXPECT_EQ(error.Problem(), qx::DbProblem::Duplicate);
+        EXPECT_STREQ(error.what(), "The company already holds a record with the same "
+                                   "DOCMAIN.DOCSERIESID, DOCMAIN.DOCNUMBER: nothing was saved.");
+    }
 }
 
 // What a user who may not write a company sees of it: a read-only file in a folder anyone may
@@ -408,9 +437,11 @@ TEST_F(Company, SelectFirstZeroOpensAnEmptyAppendableRowSet) {
 TEST_F(Company, SelectFirstOneLimitsAGroupedQueryAfterItsHaving) {
     AddSeasonDay();
     db_->ExecuteSql(
-        "INSERT INTO DOCMAIN (DOCUMENTID,DOCSERIES,DOCDATE) VALUES (3,'JF','2024-05-08')");
+        "INSERT INTO DOCMAIN (DOCUMENTID,DOCSERIES,DOCSERIESID,DOCNUMBER,DOCDATE) VALUES "
+        "(3,'JF',1,2,'2024-05-08')");
     db_->ExecuteSql(
-        "INSERT INTO DOCMAIN (DOCUMENTID,DOCSERIES,DOCDATE) VALUES (4,'JF','2024-05-09')");
+        "INSERT INTO DOCMAIN (DOCUMENTID,DOCSERIES,DOCSERIESID,DOCNUMBER,DOCDATE) VALUES "
+        "(4,'JF',1,3,'2024-05-09')");
     db_->ExecuteSql(
         "INSERT INTO DOCDATA (DOCUMENTID,REFNO,PRODUCTID,QUANTITY,JFACTOR) VALUES (3,1,1,5,1)");
     db_->ExecuteSql(

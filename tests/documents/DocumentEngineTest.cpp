@@ -188,6 +188,56 @@ TEST_F(DocumentEngineTest, TheHostRefusesAnIncompleteDocumentBeforeAskingTheExte
     EXPECT_EQ(Messages(), Strings{"Document no. 4 already exists."});
 }
 
+// Two desks on one company: while one is saving (its extension asked about the document),
+// the other presses F10. It must wait for the company rather than slip its document in
+// between the first one's checks and its write, and it loses nothing typed.
+TEST_F(DocumentEngineTest, TwoDesksSavingAtOnceNeverDoubleANumber) {
+    desk::ScriptedFrontend otherFrontend;
+    desk::DeskApp other{otherFrontend};
+    desk::RegisterHostDocuments(other);
+    other.OpenCompany(path);
+    other.DeskSession().Database().ExecuteSql("PRAGMA busy_timeout=50");
+    auto theirsScreen = other.Forms().CreateForm("Documents");
+    theirsScreen->Properties().SetValue("DocSeriesCode", "SL");
+    other.ShowForm(theirsScreen);
+    auto& theirs = dynamic_cast<desk::DocumentScreen&>(*theirsScreen);
+    ASSERT_TRUE(TypeBox(theirs, theirs.TxpDocDate(), "06/05/2024"));
+    ASSERT_TRUE(TypeBox(theirs, theirs.TxpCustomer(), "ram d'souza"));
+    ASSERT_TRUE(TypeLine(theirs, 1, {{"PRODUCT_ID", "moong"}, {"QUANTITY", "3"}, {"RATE", "1500"}}));
+
+    auto& mine = OpenSeries();
+    TypeWheatAndMoong(mine);
+    EXPECT_EQ(mine.Get<ui::TextBox>("txpDocNo").Text(), "1");
+    EXPECT_EQ(theirs.Get<ui::TextBox>("txpDocNo").Text(), "1");
+    module.behaviour.beforeSave = [&](bool&) { theirs.KeyDown({.key = ui::Key::F10}); };
+    ASSERT_TRUE(Press(mine, ui::Key::F10));
+    module.behaviour.beforeSave = nullptr;
+    ASSERT_EQ(otherFrontend.Transcript().size(), 1u);
+    EXPECT_EQ(otherFrontend.Transcript()[0].prompt,
+              "Another program is saving to " + path.string() + ": try again in a moment. Nothing was lost.");
+    EXPECT_EQ(Cell(theirs, 1, "PRODUCT_ID"), "MOONG");
+
+    // Its proposed number was taken meanwhile: it takes the next free one, and says so.
+    otherFrontend.ClearTranscript();
+    ASSERT_TRUE(theirs.KeyDown({.key = ui::Key::F10}));
+    ASSERT_EQ(otherFrontend.Transcript().size(), 1u);
+    EXPECT_EQ(otherFrontend.Transcript()[0].prompt,
+              "Document no. 1 was taken meanwhile: this document is saved as no. 2.");
+    EXPECT_EQ(Rows("SELECT DOCNUMBER, DOCDATE FROM DOCMAIN ORDER BY DOCNUMBER"),
+              (Strings{"1|05/05/2024", "2|06/05/2024"}));
+    EXPECT_EQ(Rows("SELECT NEXTNUMBER FROM DOCCONFIG"), Strings{"3"});
+
+    // A number the user types himself is his: a taken one is refused, never replaced.
+    otherFrontend.ClearTranscript();
+    ASSERT_TRUE(TypeBox(theirs, theirs.TxpCustomer(), "ram d'souza"));
+    ASSERT_TRUE(TypeLine(theirs, 1, {{"PRODUCT_ID", "wheat"}, {"QUANTITY", "1"}, {"RATE", "10"}}));
+    ASSERT_TRUE(TypeBox(theirs, theirs.Get<ui::TextBox>("txpDocNo"), "1"));
+    ASSERT_TRUE(theirs.KeyDown({.key = ui::Key::F10}));
+    ASSERT_EQ(otherFrontend.Transcript().size(), 1u);
+    EXPECT_EQ(otherFrontend.Transcript()[0].prompt, "Document no. 1 already exists.");
+    EXPECT_EQ(Rows("SELECT COUNT(*) FROM DOCMAIN"), Strings{"2"});
+}
+
 TEST_F(DocumentEngineTest, ASaveCancelledBeforeItStartsWritesNothing) {
     module.behaviour.beforeSave = [](bool& cancel) { cancel = true; };
     auto& screen = OpenSeries();

@@ -2,6 +2,7 @@
 // heads it creates.
 #include "ItemMastersFixture.h"
 
+#include "masters/LedgerHeads.h"
 #include "masters/frmKivraRates.h"
 
 #include "host/Text.h"
@@ -193,6 +194,19 @@ TEST_F(KivraRatesTest, SavingAgainOnlyRegroupsAndAddsMissingClasses) {
     EXPECT_EQ(after["TRADING A/C: PADDY PR-126"].code, 520);
     EXPECT_EQ(after["LABOUR (SELF) : PADDY PR-126"].code, 532);
     EXPECT_EQ(after["STOCK: PADDY PR-126"].tradingLink, 520);
+}
+
+// Another program (a second desk) adds an account while the heads are made: each head takes a
+// code that is free when it is written.
+TEST_F(KivraRatesTest, EachHeadTakesACodeFreeWhenItIsWritten) {
+    kivra::LedgerHeads heads(Db());
+    const auto trading = heads.Ensure("TRADING A/C: WHEAT", kivra::kGroupTrading, 0, 0);
+    desk::Session other;
+    other.Open(path);
+    other.Database().ExecuteSql("INSERT INTO FAMASTER (MCD, MHD, MST) VALUES (" +
+                                std::to_string(trading + 1) + ", 'GURMEET SINGH', '')");
+    EXPECT_EQ(heads.Ensure("STOCK: WHEAT", kivra::kGroupStock, 0, trading), trading + 2);
+    EXPECT_EQ(Heads()["GURMEET SINGH"].code, trading + 1);
 }
 
 TEST_F(KivraRatesTest, PurchaseClassFollowsTheCommodityUnlessTaxFree) {

@@ -73,6 +73,21 @@ TEST_F(FirmSettingsTest, OkStoresPropertiesAndOptionsForTheNextOpening) {
     EXPECT_EQ(Options(), (std::vector<std::string>{"", "Yes", "No", ""}));
 }
 
+// Another program changes the settings while the screen is open: OK writes only what the user
+// changed, and what the other program saved stays.
+TEST_F(FirmSettingsTest, OkLeavesWhatAnotherProgramSavedMeanwhile) {
+    auto& screen = OpenSettings();
+    desk::Session other;
+    other.Open(path);
+    other.SetFirmSetting("FirmProperties", "*TradeMenu**KivraMenu*");
+    other.SetOption(676, "No");
+    Type(OptionsOf(screen), 1, FirmSettingsScreen::kColValue, "No"); // 632
+    screen.Get<ui::StdButtons>("OKCancel").Click(0);
+    EXPECT_EQ(Options(), (std::vector<std::string>{"No", "", "No", ""}));
+    EXPECT_EQ(Rows("SELECT VALUE FROM FIRMSETTINGS WHERE NAME='FirmProperties'"),
+              std::vector<std::string>{"*TradeMenu**KivraMenu*"});
+}
+
 TEST_F(FirmSettingsTest, CancelAndEscWriteNothing) {
     auto& screen = OpenSettings();
     ASSERT_TRUE(screen.Get<ui::TextBox>("txtFirmProperties").Type(""));

@@ -77,4 +77,18 @@ TEST_F(TableMasterTest, ARecordWhoseCompanionWriteFailsIsNotStoredAndStaysNew) {
     EXPECT_EQ(Cell(brokers, 1, "BROKERNO"), "1");
 }
 
+// Another program saves a broker of the same name while the user types one: the name is checked
+// again as the row is saved, under the lock that writes it.
+TEST_F(TableMasterTest, ANameSavedMeanwhileByAnotherProgramIsRefused) {
+    auto& brokers = OpenBrokers();
+    ASSERT_TRUE(TypeCell(brokers, 1, "BROKERNAME", "mehta"));
+    desk::Session other;
+    other.Open(path);
+    other.Database().ExecuteSql("INSERT INTO BROKERS (BROKERNO, BROKERNAME) VALUES (1, 'MEHTA')");
+    EXPECT_FALSE(GridOf(brokers).MoveTo(2, brokers.ColumnOf("BROKERNAME")));
+    EXPECT_EQ(TakeWarning(), "MEHTA already exists.");
+    EXPECT_EQ(Rows("SELECT BROKERNO, BROKERNAME FROM BROKERS"), Strings{"1|MEHTA"});
+    EXPECT_EQ(Cell(brokers, 1, "BROKERNO"), "") << "the row stays new, as typed";
+}
+
 } // namespace

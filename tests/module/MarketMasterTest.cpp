@@ -89,6 +89,30 @@ TEST_F(MarketMasterTest, OpensOnCaptionRowAndOneEmptyRowWithTheCursorInIt) {
     EXPECT_EQ(grid.Col(), frmMarketMaster::kColName);
 }
 
+// Another program saves a market while the user types one: the row is checked again as it is
+// saved, under the lock that writes it, and a new market takes an id that is free then.
+TEST_F(MarketMasterTest, ARowIsCheckedAgainWhenItIsSaved) {
+    auto& grid = GridOf(Open());
+    const int row = grid.Rows() - 1;
+    ASSERT_TRUE(grid.MoveTo(row, frmMarketMaster::kColName));
+    grid.Type("KHANNA");
+    ASSERT_TRUE(grid.MoveTo(row, frmMarketMaster::kColStation)) << "no KHANNA yet";
+    desk::Session other;
+    other.Open(path);
+    other.Database().ExecuteSql(
+        "INSERT INTO MARKETMASTER (MARKETID, MARKETNAME, SERIES) VALUES (1, 'KHANNA', 'KHN')");
+    EXPECT_FALSE(grid.MoveTo(grid.Rows() - 1, frmMarketMaster::kColName));
+    EXPECT_EQ(Messages(), std::vector<std::string>{"This Market Name already exists."});
+
+    ASSERT_TRUE(grid.MoveTo(row, frmMarketMaster::kColName));
+    grid.Type("DORAHA");
+    ASSERT_TRUE(grid.MoveTo(row, frmMarketMaster::kColStation));
+    other.Database().ExecuteSql(
+        "INSERT INTO MARKETMASTER (MARKETID, MARKETNAME, SERIES) VALUES (2, 'SAMRALA', 'SML')");
+    ASSERT_TRUE(grid.MoveTo(grid.Rows() - 1, frmMarketMaster::kColName));
+    EXPECT_EQ(StoredMarkets(), (std::vector<std::string>{"1:KHANNA:KHN", "2:SAMRALA:SML", "3:DORAHA:"}));
+}
+
 TEST_F(MarketMasterTest, MarketsTypedInAreSavedOnLeavingTheRowAndSurviveReopening) {
     auto& screen = Open();
     auto& grid = GridOf(screen);

@@ -211,6 +211,40 @@ TEST_F(ModuleTest, KivraFieldsAreAddedOnceGroupByGroupEvenWhenOneGroupFails) {
               *Amount::Parse("10.5"));
 }
 
+// The index behind the form-number check holds whoever writes: the same form of a series, book
+// and market twice is refused; forms without a number, and a series without a book box or a
+// market (NULL or 0 alike), follow the check's rule.
+TEST_F(ModuleTest, AFormNumberCannotBeDoubledWhoeverWritesIt) {
+    OpenWithModule();
+    kivra::CheckKivraFields(Db());
+    int documentId = 0;
+    auto save = [&](const std::string& series, const std::string& book, const std::string& form,
+                    const std::string& market) {
+        ++documentId;
+        try {
+            Db().ExecuteSql("INSERT INTO DOCMAIN (DOCUMENTID, DOCSERIES, DOCSERIESID, DOCNUMBER, "
+                            "FORMBOOKNO, FORMNO, MARKETID) VALUES (" +
+                            std::to_string(documentId) + ", '" + series + "', 1, " +
+                            std::to_string(documentId) + ", " + book + ", " + form + ", " +
+                            market + ")");
+            return std::string("saved");
+        } catch (const DbError& error) {
+            return std::string(error.Problem() == DbProblem::Duplicate ? "doubled" : error.what());
+        }
+    };
+    EXPECT_EQ(save("JF", "7", "12", "1"), "saved");
+    EXPECT_EQ(save("JF", "7", "12", "1"), "doubled");
+    EXPECT_EQ(save("JF", "8", "12", "1"), "saved") << "another book";
+    EXPECT_EQ(save("JF", "7", "12", "2"), "saved") << "another market";
+    EXPECT_EQ(save("IF", "7", "12", "1"), "saved") << "another series";
+    EXPECT_EQ(save("PL", "NULL", "41", "NULL"), "saved");
+    EXPECT_EQ(save("PL", "0", "41", "0"), "doubled") << "no book and no market are one";
+    EXPECT_EQ(save("JF", "7", "0", "1"), "saved");
+    EXPECT_EQ(save("JF", "7", "0", "1"), "saved") << "a form without a number is never doubled";
+    EXPECT_EQ(save("JF", "7", "NULL", "1"), "saved");
+    EXPECT_EQ(save("JF", "7", "NULL", "1"), "saved");
+}
+
 TEST_F(ModuleTest, SelectingACompanyClearsTheRateColumnsFlag) {
     OpenWithModule();
     module.Context()->rateColumnsChecked = true;
