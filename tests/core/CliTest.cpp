@@ -108,15 +108,19 @@ TEST(Qx, DemoCompanyHoldsItsMarketsEnteredThroughTheMarketMaster) {
     EXPECT_EQ(self.out, "COUNT(*)\n1\n");
 }
 
-// A J-Form file of one document, typed in as at the keyboard.
-std::filesystem::path FormsFile(const test::TempFolder& folder, const std::string& formNo, const std::string& quantity,
-                                const std::string& bags) {
-    auto file = folder.Path() / ("forms-" + formNo + ".json");
-    std::ofstream(file) << R"({"documents": [{"series": "JF", "date": "04/11/2024",
-        "party": "BALWINDER SINGH GREWAL",
-        "boxes": {"MARKET": "KHANNA", "FORM_BOOK_NO": "12", "FORM_NO": ")" << formNo << R"("},
-        "lines": [{"PRODUCT_ID": "PADDY", "CUSTOMER_ID": "MARKFED", "QTY_PER_BOX": "37.50",
-                   "QUANTITY": ")" << quantity << R"(", "REV_BAGS2": ")" << bags << R"(", "RATE": "2320"}]}]})";
+// J-Forms of Khanna, book 12, one per form number from firstForm on, in a file for `qx enter`.
+std::filesystem::path FormsFile(const test::TempFolder& folder, int firstForm, int count = 1,
+                                const std::string& quantity = "30.00", const std::string& bags = "80") {
+    auto file = folder.Path() / ("forms-" + std::to_string(firstForm) + "-" + bags + ".json");
+    std::ofstream out(file);
+    out << R"({"documents": [)";
+    for (int form = firstForm; form < firstForm + count; ++form)
+        out << (form == firstForm ? "" : ",") << R"({"series": "JF", "date": "04/11/2024",
+            "party": "BALWINDER SINGH GREWAL",
+            "boxes": {"MARKET": "KHANNA", "FORM_BOOK_NO": "12", "FORM_NO": ")" << form << R"("},
+            "lines": [{"PRODUCT_ID": "PADDY", "CUSTOMER_ID": "MARKFED", "QTY_PER_BOX": "37.50",
+                       "QUANTITY": ")" << quantity << R"(", "REV_BAGS2": ")" << bags << R"(", "RATE": "2320"}]})";
+    out << "]}";
     return file;
 }
 
@@ -126,7 +130,7 @@ TEST(Qx, EnterSavesFormsAndRefusesADuplicateFormNumberWithTheUsersMessage) {
     ASSERT_EQ(Qx({"demo", path}).status, 0);
     auto before = Qx({"sql", path, "SELECT COUNT(*) FROM DOCMAIN"}).out;
 
-    auto duplicate = Qx({"enter", path, FormsFile(folder, "101", "30.00", "80").string()});
+    auto duplicate = Qx({"enter", path, FormsFile(folder, 101).string()});
     EXPECT_EQ(duplicate.status, 1);
     EXPECT_NE(duplicate.out.find("[W] This form no. already exists"), std::string::npos) << duplicate.out;
     EXPECT_NE(duplicate.err.find("not saved"), std::string::npos) << duplicate.err;
@@ -134,30 +138,14 @@ TEST(Qx, EnterSavesFormsAndRefusesADuplicateFormNumberWithTheUsersMessage) {
 
     // 30.10 quintals in 80.5 bags of 37.5 kg: 80.27 revised bags, the fractional bags
     // question, answered from the command line.
-    auto refused = Qx({"enter", path, FormsFile(folder, "104", "30.10", "80.5").string(), "--answers", "no"});
+    auto refused = Qx({"enter", path, FormsFile(folder, 104, 1, "30.10", "80.5").string(), "--answers", "no"});
     EXPECT_EQ(refused.status, 1);
     EXPECT_NE(refused.out.find("Fractional bags sale / purchase found. Do you want to continue? -> No"),
               std::string::npos) << refused.out;
-    auto saved = Qx({"enter", path, FormsFile(folder, "104", "30.10", "80.5").string(), "--answers", "yes"});
+    auto saved = Qx({"enter", path, FormsFile(folder, 104, 1, "30.10", "80.5").string(), "--answers", "yes"});
     EXPECT_EQ(saved.status, 0) << saved.err;
     EXPECT_EQ(Qx({"sql", path, "SELECT FORMNO, GROSSAMT FROM DOCMAIN WHERE FORMNO=104"}).out,
               "FormNo,GROSSAMT\n104,69832\n");
-}
-
-// J-Forms of Khanna, book 12, one per form number, in one file for `qx enter`.
-std::filesystem::path JFormsFile(const test::TempFolder& folder, const std::string& name, int firstForm,
-                                 int count) {
-    auto file = folder.Path() / (name + ".json");
-    std::ofstream out(file);
-    out << R"({"documents": [)";
-    for (int form = firstForm; form < firstForm + count; ++form)
-        out << (form == firstForm ? "" : ",") << R"({"series": "JF", "date": "04/11/2024",
-            "party": "BALWINDER SINGH GREWAL",
-            "boxes": {"MARKET": "KHANNA", "FORM_BOOK_NO": "12", "FORM_NO": ")" << form << R"("},
-            "lines": [{"PRODUCT_ID": "PADDY", "CUSTOMER_ID": "MARKFED", "QTY_PER_BOX": "37.50",
-                       "QUANTITY": "30.00", "REV_BAGS2": "80", "RATE": "2320"}]})";
-    out << "]}";
-    return file;
 }
 
 // Runs `qx enter` on each file at once, each in a process of its own, as two clerks' scripts
@@ -202,7 +190,7 @@ TEST(Qx, TwoEntersAtOnceSaveEveryDocumentExactlyOnce) {
     const long before = count("1=1");
 
     // Different forms, one file each.
-    auto different = EnterAtOnce(folder, path, {JFormsFile(folder, "a", 301, 25), JFormsFile(folder, "b", 401, 25)});
+    auto different = EnterAtOnce(folder, path, {FormsFile(folder, 301, 25), FormsFile(folder, 401, 25)});
     for (const auto& run : different) {
         EXPECT_EQ(run.status, 0) << run.err;
         EXPECT_EQ(Occurrences(run.out, ": saved\n"), 25) << run.out;
@@ -212,7 +200,7 @@ TEST(Qx, TwoEntersAtOnceSaveEveryDocumentExactlyOnce) {
     EXPECT_EQ(doubledNumbers(), "DOCSERIES,DOCNUMBER\n");
 
     // The same file twice: each form is saved by one run and refused by the other.
-    const auto same = JFormsFile(folder, "c", 501, 25);
+    const auto same = FormsFile(folder, 501, 25);
     auto twice = EnterAtOnce(folder, path, {same, same});
     EXPECT_EQ(Occurrences(twice[0].out + twice[1].out, ": saved\n"), 25);
     EXPECT_EQ(Occurrences(twice[0].out + twice[1].out, "[W] This form no. already exists"), 25);

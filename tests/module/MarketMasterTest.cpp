@@ -76,46 +76,14 @@ TEST(MarketTable, OlderTableWithoutSeriesIsUpgradedKeepingItsMarkets) {
     EXPECT_EQ(db.LookupValue("MARKETMASTER", "MARKETNAME", "MARKETID=2").AsText(), "JAGRAON");
 }
 
-TEST_F(MarketMasterTest, OpensOnCaptionRowAndOneEmptyRowWithTheCursorInIt) {
-    auto& screen = Open();
-    auto& grid = GridOf(screen);
-    EXPECT_EQ(screen.Caption(), "Local Mandi Master");
-    EXPECT_EQ(grid.Rows(), 2);
-    EXPECT_EQ(grid.TextMatrix(0, 1), "Sr. No.");
-    EXPECT_EQ(grid.TextMatrix(0, 2), "Market Name");
-    EXPECT_EQ(grid.TextMatrix(0, 5), "Form Series");
-    EXPECT_EQ(grid.Column(0).width, 0) << "the id column is hidden";
-    EXPECT_EQ(grid.Row(), 1);
-    EXPECT_EQ(grid.Col(), frmMarketMaster::kColName);
-}
-
-// Another program saves a market while the user types one: the row is checked again as it is
-// saved, under the lock that writes it, and a new market takes an id that is free then.
-TEST_F(MarketMasterTest, ARowIsCheckedAgainWhenItIsSaved) {
-    auto& grid = GridOf(Open());
-    const int row = grid.Rows() - 1;
-    ASSERT_TRUE(grid.MoveTo(row, frmMarketMaster::kColName));
-    grid.Type("KHANNA");
-    ASSERT_TRUE(grid.MoveTo(row, frmMarketMaster::kColStation)) << "no KHANNA yet";
-    desk::Session other;
-    other.Open(path);
-    other.Database().ExecuteSql(
-        "INSERT INTO MARKETMASTER (MARKETID, MARKETNAME, SERIES) VALUES (1, 'KHANNA', 'KHN')");
-    EXPECT_FALSE(grid.MoveTo(grid.Rows() - 1, frmMarketMaster::kColName));
-    EXPECT_EQ(Messages(), std::vector<std::string>{"This Market Name already exists."});
-
-    ASSERT_TRUE(grid.MoveTo(row, frmMarketMaster::kColName));
-    grid.Type("DORAHA");
-    ASSERT_TRUE(grid.MoveTo(row, frmMarketMaster::kColStation));
-    other.Database().ExecuteSql(
-        "INSERT INTO MARKETMASTER (MARKETID, MARKETNAME, SERIES) VALUES (2, 'SAMRALA', 'SML')");
-    ASSERT_TRUE(grid.MoveTo(grid.Rows() - 1, frmMarketMaster::kColName));
-    EXPECT_EQ(StoredMarkets(), (std::vector<std::string>{"1:KHANNA:KHN", "2:SAMRALA:SML", "3:DORAHA:"}));
-}
-
 TEST_F(MarketMasterTest, MarketsTypedInAreSavedOnLeavingTheRowAndSurviveReopening) {
     auto& screen = Open();
     auto& grid = GridOf(screen);
+    // An empty table: the caption row and the empty row for a new market, the cursor in it.
+    EXPECT_EQ(grid.Rows(), 2);
+    EXPECT_EQ(grid.Column(0).width, 0) << "the id column is hidden";
+    EXPECT_EQ(grid.Row(), 1);
+    EXPECT_EQ(grid.Col(), frmMarketMaster::kColName);
     ASSERT_TRUE(TypeMarket(grid, {"KHANNA", "KHANNA", "PUNJAB", "KHN", "Main yard"}));
     EXPECT_EQ(grid.TextMatrix(1, frmMarketMaster::kColSerial), "1") << "serial shown at once";
     EXPECT_EQ(grid.TextMatrix(1, frmMarketMaster::kColId), "1") << "first id in an empty table";
@@ -153,6 +121,20 @@ TEST_F(MarketMasterTest, DuplicateNameIsRefusedButAMarketKeepsItsOwnName) {
     grid.Type("D'SOUZA");
     EXPECT_TRUE(grid.MoveTo(2, frmMarketMaster::kColName));
     EXPECT_TRUE(Messages().empty());
+
+    // Another program saves a market while the user types one: the name is checked again as
+    // the row is saved, under the lock that writes it.
+    const int row = grid.Rows() - 1;
+    ASSERT_TRUE(grid.MoveTo(row, frmMarketMaster::kColName));
+    grid.Type("KHANNA");
+    ASSERT_TRUE(grid.MoveTo(row, frmMarketMaster::kColStation)) << "no KHANNA yet";
+    desk::Session other;
+    other.Open(path);
+    other.Database().ExecuteSql(
+        "INSERT INTO MARKETMASTER (MARKETID, MARKETNAME, SERIES) VALUES (9, 'KHANNA', 'KHN')");
+    EXPECT_FALSE(grid.MoveTo(grid.Rows() - 1, frmMarketMaster::kColName));
+    EXPECT_EQ(Messages(), std::vector<std::string>{"This Market Name already exists."});
+    EXPECT_EQ(StoredMarkets(), (std::vector<std::string>{"1:D'SOUZA:", "2:JAGRAON:", "9:KHANNA:KHN"}));
 }
 
 TEST_F(MarketMasterTest, SeriesOfFiveCharactersIsTakenAndSixAreRefused) {
