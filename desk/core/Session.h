@@ -13,8 +13,8 @@ public:
     Session();
     ~Session() override;
 
-    // Opens a company file read-write; throws DbError with a clear message when the file
-    // is missing or is not a company database (the file is then left untouched).
+    // Opens a company file, read-only when the user may not write it; throws DbError saying
+    // what keeps it from opening (the file is then left untouched).
     void Open(const std::filesystem::path& path);
     // Creates a new company file and opens it; refuses a path that exists.
     void Create(const std::filesystem::path& path, const std::string& companyName);
