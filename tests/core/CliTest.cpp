@@ -108,18 +108,26 @@ TEST(Qx, DemoCompanyHoldsItsMarketsEnteredThroughTheMarketMaster) {
     EXPECT_EQ(self.out, "COUNT(*)\n1\n");
 }
 
-// J-Forms of Khanna, book 12, one per form number from firstForm on, in a file for `qx enter`.
+// J-Forms of Khanna, book 12, one per form number from firstForm on, in a file for `qx enter`;
+// or local purchases of paddy at Doraha, which post a voucher each.
 std::filesystem::path FormsFile(const test::TempFolder& folder, int firstForm, int count = 1,
-                                const std::string& quantity = "30.00", const std::string& bags = "80") {
-    auto file = folder.Path() / ("forms-" + std::to_string(firstForm) + "-" + bags + ".json");
+                                const std::string& quantity = "30.00", const std::string& bags = "80",
+                                const std::string& series = "JF") {
+    auto file = folder.Path() / (series + std::to_string(firstForm) + "-" + bags + ".json");
     std::ofstream out(file);
     out << R"({"documents": [)";
-    for (int form = firstForm; form < firstForm + count; ++form)
-        out << (form == firstForm ? "" : ",") << R"({"series": "JF", "date": "04/11/2024",
-            "party": "BALWINDER SINGH GREWAL",
-            "boxes": {"MARKET": "KHANNA", "FORM_BOOK_NO": "12", "FORM_NO": ")" << form << R"("},
-            "lines": [{"PRODUCT_ID": "PADDY", "CUSTOMER_ID": "MARKFED", "QTY_PER_BOX": "37.50",
-                       "QUANTITY": ")" << quantity << R"(", "REV_BAGS2": ")" << bags << R"(", "RATE": "2320"}]})";
+    for (int form = firstForm; form < firstForm + count; ++form) {
+        out << (form == firstForm ? "" : ",");
+        if (series == "PL")
+            out << R"({"series": "PL", "date": "06/11/2024", "party": "JASPAL SINGH D'CRUZ",
+                "boxes": {"MARKET": "DORAHA", "FORM_NO": ")" << form << R"("},
+                "lines": [{"PRODUCT_ID": "PADDY", "QTY_PER_BOX": "50", "QUANTITY": "12.00", "RATE": "2300"}]})";
+        else
+            out << R"({"series": "JF", "date": "04/11/2024", "party": "BALWINDER SINGH GREWAL",
+                "boxes": {"MARKET": "KHANNA", "FORM_BOOK_NO": "12", "FORM_NO": ")" << form << R"("},
+                "lines": [{"PRODUCT_ID": "PADDY", "CUSTOMER_ID": "MARKFED", "QTY_PER_BOX": "37.50",
+                           "QUANTITY": ")" << quantity << R"(", "REV_BAGS2": ")" << bags << R"(", "RATE": "2320"}]})";
+    }
     out << "]}";
     return file;
 }
@@ -199,14 +207,20 @@ TEST(Qx, TwoEntersAtOnceSaveEveryDocumentExactlyOnce) {
     EXPECT_EQ(count("1=1"), before + 50);
     EXPECT_EQ(doubledNumbers(), "DOCSERIES,DOCNUMBER\n");
 
-    // The same file twice: each form is saved by one run and refused by the other.
-    const auto same = FormsFile(folder, 501, 25);
-    auto twice = EnterAtOnce(folder, path, {same, same});
-    EXPECT_EQ(Occurrences(twice[0].out + twice[1].out, ": saved\n"), 25);
-    EXPECT_EQ(Occurrences(twice[0].out + twice[1].out, "[W] This form no. already exists"), 25);
+    // The same files twice, J-Forms and purchases: each form is saved by one run and refused
+    // by the other, and each purchase posts one voucher.
+    const long vouchers = std::stol(Qx({"sql", path, "SELECT COUNT(*) FROM FADOCS"}).out.substr(9));
+    const auto jForms = FormsFile(folder, 501, 25);
+    const auto purchases = FormsFile(folder, 61, 10, "", "", "PL");
+    std::string out;
+    for (const auto& run : EnterAtOnce(folder, path, {jForms, jForms, purchases, purchases})) out += run.out;
+    EXPECT_EQ(Occurrences(out, ": saved\n"), 35);
+    EXPECT_EQ(Occurrences(out, "[W] This form no. already exists"), 35);
     EXPECT_EQ(count("DOCSERIES='JF' AND FORMNO BETWEEN 501 AND 525"), 25);
-    EXPECT_EQ(Qx({"sql", path, "SELECT FORMNO FROM DOCMAIN WHERE FORMNO BETWEEN 301 AND 525 GROUP BY "
-                               "DOCSERIES, FORMBOOKNO, FORMNO, MARKETID HAVING COUNT(*)>1"}).out,
+    EXPECT_EQ(count("DOCSERIES='PL' AND FORMNO BETWEEN 61 AND 70"), 10);
+    EXPECT_EQ(std::stol(Qx({"sql", path, "SELECT COUNT(*) FROM FADOCS"}).out.substr(9)), vouchers + 10);
+    EXPECT_EQ(Qx({"sql", path, "SELECT FORMNO FROM DOCMAIN GROUP BY DOCSERIES, FORMBOOKNO, FORMNO, "
+                               "MARKETID HAVING COUNT(*)>1"}).out,
               "FormNo\n");
     EXPECT_EQ(doubledNumbers(), "DOCSERIES,DOCNUMBER\n");
 }
