@@ -47,7 +47,7 @@ DbError CompanyError(sqlite3* db, std::string_view statement, std::string compan
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
         return DbError("Another program is saving to " + company +
-                       ": try again in a moment. Nothing was lost.");
+                       ": try again in a moment.");
     case SQLITE_READONLY:
         return DbError(ReadOnlyMessage(company));
     case SQLITE_NOTADB:

@@ -245,7 +245,7 @@ TEST(CompanyFile, OpenSaysWhatKeepsAFileFromOpeningAndLeavesItUnchanged) {
               SQLITE_OK)
         << sqlite3_errmsg(holder);
     EXPECT_EQ(ThrownMessage([&] { SqliteCompanyDb::Open(held); }),
-              "Another program is saving to " + held.string() + ": try again in a moment. Nothing was lost.");
+              "Another program is saving to " + held.string() + ": try again in a moment.");
     sqlite3_close(holder);
 
     // Permissions hold for the user who opens, so that part runs without root's privileges.

@@ -214,7 +214,7 @@ TEST_F(DocumentEngineTest, TwoDesksSavingAtOnceNeverDoubleANumber) {
     module.behaviour.beforeSave = nullptr;
     ASSERT_EQ(otherFrontend.Transcript().size(), 1u);
     EXPECT_EQ(otherFrontend.Transcript()[0].prompt,
-              "Another program is saving to " + path.string() + ": try again in a moment. Nothing was lost.");
+              "Another program is saving to " + path.string() + ": try again in a moment.");
     EXPECT_EQ(Cell(theirs, 1, "PRODUCT_ID"), "MOONG");
 
     // Its proposed number was taken meanwhile: it takes the next free one, and says so.
