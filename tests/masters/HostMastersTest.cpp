@@ -263,7 +263,7 @@ TEST_F(HostMastersTest, AnAccountInTheBooksIsNotDeletedAndAnUnusedOneGoesWithIts
          {"IN THE BOOKS", "A CHARGE HEAD", "A TRADING HEAD", "A POSTING ACCOUNT", "UNUSED"})
         ASSERT_TRUE(TypeRow(accounts, {{"MHD", name}}));
     // Party of one document and buyer on it and on another, with two ledger rows.
-    Db().ExecuteSql("INSERT INTO DOCMAIN (DOCUMENTID, PARTYCODE) VALUES (1, 1), (2, 9)");
+    Db().ExecuteSql("INSERT INTO DOCMAIN (DOCUMENTID, DOCNUMBER, PARTYCODE) VALUES (1, 1, 1), (2, 2, 9)");
     Db().ExecuteSql("INSERT INTO DOCDATA (DOCUMENTID, REFNO, CUSTOMERID) VALUES (1, 1, 1), "
                     "(2, 1, 1)");
     Db().ExecuteSql("INSERT INTO FADATA (VOUCHERID, DSRNO, DCD, DAMT) VALUES (1, 1, 1, 100), "
