@@ -62,6 +62,31 @@ std::string_view TrimBlanks(std::string_view text) {
     return text.substr(start, text.find_last_not_of(' ') - start + 1);
 }
 
+// A day as written "dd/MM/yyyy" (also d/M/yyyy), its fields read but not yet checked against
+// the calendar; nullopt when the text is not of that shape.
+struct WrittenDay {
+    int year;
+    int month;
+    int day;
+};
+
+std::optional<WrittenDay> ReadDisplay(std::string_view text) {
+    text = TrimBlanks(text);
+    const std::size_t firstSlash = text.find('/');
+    const std::size_t secondSlash =
+        firstSlash == std::string_view::npos ? firstSlash : text.find('/', firstSlash + 1);
+    if (secondSlash == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const auto day = ReadField(text.substr(0, firstSlash), 1, 2);
+    const auto month = ReadField(text.substr(firstSlash + 1, secondSlash - firstSlash - 1), 1, 2);
+    const auto year = ReadField(text.substr(secondSlash + 1), 4, 4);
+    if (!day || !month || !year) {
+        return std::nullopt;
+    }
+    return WrittenDay{*year, *month, *day};
+}
+
 std::string Padded(int number, std::size_t width) {
     std::string digits = std::to_string(number);
     if (digits.size() < width) {
@@ -82,20 +107,37 @@ Date Date::FromYmd(int year, int month, int day) {
 }
 
 std::optional<Date> Date::ParseDisplay(std::string_view text) {
-    text = TrimBlanks(text);
-    const std::size_t firstSlash = text.find('/');
-    const std::size_t secondSlash =
-        firstSlash == std::string_view::npos ? firstSlash : text.find('/', firstSlash + 1);
-    if (secondSlash == std::string_view::npos) {
+    const auto written = ReadDisplay(text);
+    if (!written) {
         return std::nullopt;
     }
-    const auto day = ReadField(text.substr(0, firstSlash), 1, 2);
-    const auto month = ReadField(text.substr(firstSlash + 1, secondSlash - firstSlash - 1), 1, 2);
-    const auto year = ReadField(text.substr(secondSlash + 1), 4, 4);
-    if (!day || !month || !year) {
-        return std::nullopt;
+    return MakeDate(written->year, written->month, written->day);
+}
+
+std::string Date::DisplayRefusal(std::string_view text) {
+    const auto written = ReadDisplay(text);
+    if (!written) {
+        return "Enter the date as dd/MM/yyyy.";
     }
-    return MakeDate(*year, *month, *day);
+    const auto [year, month, day] = *written;
+    if (MakeDate(year, month, day)) {
+        return {};
+    }
+    const std::string notADate = std::string(TrimBlanks(text)) + " is not a date: ";
+    if (month < 1 || month > 12) {
+        return notADate + "there is no month " + std::to_string(month) + ".";
+    }
+    if (year < 1) {
+        return notADate + "there is no year 0.";
+    }
+    if (day < 1) {
+        return notADate + "there is no day 0.";
+    }
+    const std::chrono::year_month_day_last last{
+        std::chrono::year{year}, std::chrono::month_day_last{std::chrono::month{static_cast<unsigned>(month)}}};
+    return notADate + std::string(kMonthNames[static_cast<std::size_t>(month - 1)]) + " " +
+           std::to_string(year) + " has " + std::to_string(static_cast<unsigned>(last.day())) +
+           " days.";
 }
 
 std::optional<Date> Date::ParseIso(std::string_view text) {

@@ -17,6 +17,9 @@ public:
     static Date FromYmd(int year, int month, int day); // throws std::invalid_argument
     // "dd/MM/yyyy" (also d/M/yyyy); nullopt for anything that is not a real day.
     static std::optional<Date> ParseDisplay(std::string_view text);
+    // Why the text is not a day as ParseDisplay reads it, in the words a clerk is shown
+    // ("31/02/2024 is not a date: February 2024 has 29 days."); empty when it is one.
+    static std::string DisplayRefusal(std::string_view text);
     // "yyyy-MM-dd", optionally followed by a time that is ignored.
     static std::optional<Date> ParseIso(std::string_view text);
     // Either of the two forms.

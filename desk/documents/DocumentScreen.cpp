@@ -874,9 +874,10 @@ void DocumentScreen::NumberRow(int row) {
 }
 
 void DocumentScreen::CheckDate(bool& cancel) {
-    auto date = Date::ParseDisplay(Trim(date_.Text()));
+    const std::string typed = Trim(date_.Text());
+    auto date = Date::ParseDisplay(typed);
     if (!date) {
-        Warn("Enter the date as dd/MM/yyyy.");
+        Warn(Date::DisplayRefusal(typed));
         cancel = true;
         return;
     }

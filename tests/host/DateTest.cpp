@@ -83,7 +83,16 @@ TEST(Date, ParseDisplay) {
           "01/07/2017x", "001/07/2017", "1/13/2017", "0/1/2017", "-1/07/2017", "+1/07/2017",
           "01/07/2017/", "01//2017", "2017-07-01", "a1/07/2017", "01/07/ 2017"}) {
         EXPECT_FALSE(Date::ParseDisplay(text)) << text;
+        EXPECT_NE(Date::DisplayRefusal(text), "") << text;
     }
+    EXPECT_EQ(Date::DisplayRefusal("01/07/2017"), "");
+    // A clerk is told what is wrong with the day he wrote, not only how to write one.
+    EXPECT_EQ(Date::DisplayRefusal("31/02/2024"), "31/02/2024 is not a date: February 2024 has 29 days.");
+    EXPECT_EQ(Date::DisplayRefusal("29/02/2023"), "29/02/2023 is not a date: February 2023 has 28 days.");
+    EXPECT_EQ(Date::DisplayRefusal(" 31/4/2024"), "31/4/2024 is not a date: April 2024 has 30 days.");
+    EXPECT_EQ(Date::DisplayRefusal("1/13/2017"), "1/13/2017 is not a date: there is no month 13.");
+    EXPECT_EQ(Date::DisplayRefusal("0/1/2017"), "0/1/2017 is not a date: there is no day 0.");
+    EXPECT_EQ(Date::DisplayRefusal("01-07-2017"), "Enter the date as dd/MM/yyyy.");
 }
 
 TEST(Date, ParseIso) {
