@@ -1,6 +1,7 @@
 #include "Commands.h"
 
 #include "EnterDocuments.h"
+#include "JsonFile.h"
 #include "ScreenScript.h"
 
 #include "desk/core/DeskApp.h"
@@ -14,7 +15,6 @@
 
 #include <cctype>
 #include <cstdlib>
-#include <fstream>
 #include <sstream>
 #include <stdexcept>
 
@@ -33,7 +33,8 @@ constexpr const char* kUsage = R"(qx: QX Desk from the command line
   qx enter PATH FILE [--answers yes|no|SCRIPT]
         enter the documents of a JSON file through the document engine, as at the keyboard;
         questions are answered yes or no, or in turn from SCRIPT (a JSON list of "yes"/"no");
-        every message is printed; the exit status is 1 when a document was not saved
+        each document is saved or refused on its own; every message is printed with the
+        document and field it is about; the exit status is 1 when a document was not saved
   qx sql PATH "STATEMENT"
         run one SQL statement on a company as the modules write them (SELECT FIRST n,
         decimal columns, date literals); rows are printed as CSV with a header line
@@ -82,15 +83,9 @@ std::pair<int, std::string> ParseOption(const std::string& text) {
 }
 
 // The desk as `qx` runs it: the host's screens and the modules of the modules folder, a
-// company open, questions answered from a script and every message printed.
+// company open, questions answered from a script.
 struct Desk {
-    explicit Desk(const std::filesystem::path& company, std::ostream* transcript = nullptr) {
-        if (transcript)
-            frontend.OnMessage = [transcript](const desk::ShownMessage& message) {
-                *transcript << "[" << message.style << "] " << message.prompt;
-                if (message.answer == kAnswerNo) *transcript << " -> No";
-                *transcript << '\n';
-            };
+    explicit Desk(const std::filesystem::path& company) {
         desk::RegisterHostMasters(app);
         desk::RegisterHostDocuments(app);
         app.LoadModules(desk::DefaultModulesFolder());
@@ -101,16 +96,6 @@ struct Desk {
     desk::ScriptedFrontend frontend;
     desk::DeskApp app{frontend};
 };
-
-nlohmann::ordered_json ReadJson(const std::filesystem::path& file) {
-    std::ifstream in(file);
-    if (!in) throw std::runtime_error(file.string() + " cannot be read.");
-    try {
-        return nlohmann::ordered_json::parse(in);
-    } catch (const nlohmann::json::exception& error) {
-        throw std::runtime_error(file.string() + " is not valid JSON: " + error.what());
-    }
-}
 
 int CompanyCreate(const std::vector<std::string>& args, std::ostream& out) {
     if (args.size() < 3) throw UsageError("company create needs a PATH");
@@ -161,10 +146,10 @@ int Demo(const std::vector<std::string>& args, std::ostream& out) {
         }
         if (demo.contains("documents")) {
             std::ostringstream transcript, refusals;
-            Desk desk(path, &transcript);
+            Desk desk(path);
             desk.frontend.SetDefaultAnswer(kAnswerYes);
-            if (!EnterDocuments(desk.app, desk.frontend, ReadJson(folder / demo.at("documents").get<std::string>()),
-                                transcript, refusals))
+            if (!EnterDocuments(desk.app, desk.frontend, folder / demo.at("documents").get<std::string>(), transcript,
+                                refusals))
                 throw std::runtime_error("the demo's documents were refused:\n" + refusals.str());
         }
     } catch (...) {
@@ -190,19 +175,22 @@ int SeriesImport(const std::vector<std::string>& args, std::ostream& out) {
 int Enter(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
     if (args.size() != 3 && !(args.size() == 5 && args[3] == "--answers"))
         throw UsageError("enter needs a PATH and a FILE, and may take --answers yes|no|SCRIPT");
-    const auto documents = ReadJson(args[2]);
-    Desk desk(args[1], &out);
+    Desk desk(args[1]);
     if (args.size() == 5) {
         if (args[4] == "yes") desk.frontend.SetDefaultAnswer(kAnswerYes);
         else if (args[4] == "no") desk.frontend.SetDefaultAnswer(kAnswerNo);
-        else
-            for (const auto& answer : ReadJson(args[4])) {
-                const auto text = answer.get<std::string>();
-                if (text != "yes" && text != "no") throw UsageError("an answer is \"yes\" or \"no\"");
-                desk.frontend.QueueAnswer(text == "yes" ? kAnswerYes : kAnswerNo);
+        else {
+            const auto answers = ReadJson(args[4]);
+            if (!answers.is_array())
+                throw std::runtime_error(args[4] + " is not a list of answers: write it as [\"yes\", \"no\", ...].");
+            for (const auto& answer : answers) {
+                if (answer != "yes" && answer != "no")
+                    throw std::runtime_error(args[4] + ": an answer is \"yes\" or \"no\", not " + answer.dump() + ".");
+                desk.frontend.QueueAnswer(answer == "yes" ? kAnswerYes : kAnswerNo);
             }
+        }
     }
-    return EnterDocuments(desk.app, desk.frontend, documents, out, err) ? 0 : 1;
+    return EnterDocuments(desk.app, desk.frontend, args[2], out, err) ? 0 : 1;
 }
 
 bool ReturnsRows(std::string_view sql) {

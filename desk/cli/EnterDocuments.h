@@ -3,7 +3,7 @@
 // would: header boxes typed and left, each line's cells entered and left in order, the
 // charges' rates, then save. Every event of the engine fires as it does at the keyboard.
 //
-// The file (JSON; keys are taken in the order written):
+// The file (JSON; keys are taken in the order written; every value is text):
 //   {"documents": [
 //     {"series": "JF",                       the series' code
 //      "date": "05/11/2024",                 dd/MM/yyyy
@@ -20,15 +20,17 @@
 #include "desk/core/DeskApp.h"
 #include "desk/core/Scripted.h"
 
-#include <nlohmann/json.hpp>
-
+#include <filesystem>
 #include <iosfwd>
 
 namespace qx::cli {
 
-// Enters the documents one by one; a document whose save is refused is reported on err with
-// the messages that refused it and the others go on. False when any was refused.
-bool EnterDocuments(desk::DeskApp& app, desk::ScriptedFrontend& frontend,
-                    const nlohmann::ordered_json& file, std::ostream& out, std::ostream& err);
+// Enters the documents one by one as the file is read; each is saved or refused on its own.
+// Every message is written to out as it is shown, naming the document and the field being
+// typed ("document 2 (JF of 05/11/2024), line 1 QUANTITY: [W] ..."); so is each saved document
+// as soon as it is saved, flushed, so that a run cut short leaves a true log. A refused
+// document is reported on err with why. False when any was refused.
+bool EnterDocuments(desk::DeskApp& app, desk::ScriptedFrontend& frontend, const std::filesystem::path& file,
+                    std::ostream& out, std::ostream& err);
 
 } // namespace qx::cli

@@ -32,6 +32,10 @@ public:
                 Run(step);
                 if (!step.contains("modal") && frontend_.ModalPending())
                     throw std::runtime_error("no dialog opened for the steps of the step before");
+            } catch (const nlohmann::json::exception&) {
+                throw std::runtime_error("step " + std::to_string(number) + " " + step.dump() +
+                                         ": a value of the wrong kind: texts go in quotes, \"value\" is "
+                                         "true or false, \"index\" a number, \"columns\" and \"rows\" lists");
             } catch (const std::exception& error) {
                 throw std::runtime_error("step " + std::to_string(number) + " " + step.dump() + ": " +
                                          error.what());

@@ -39,6 +39,8 @@ public:
     // What the user does on the very next modal screen, before any queued earlier.
     void QueueModalNext(std::function<void(ui::Screen&)> handler) { modals_.push_front(std::move(handler)); }
     bool ModalPending() const { return !modals_.empty(); }
+    // Forgets what was queued for dialogs that never opened.
+    void DropModals() { modals_.clear(); }
 
     const std::vector<ShownMessage>& Transcript() const { return transcript_; }
     void ClearTranscript() { transcript_.clear(); }

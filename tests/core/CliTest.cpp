@@ -4,9 +4,18 @@
 #include "desk/cli/Commands.h"
 
 #include <cstdlib>
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdio>
 #include <fstream>
 #include <regex>
 #include <sstream>
+#include <thread>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace qx;
 
@@ -130,6 +139,96 @@ std::filesystem::path FormsFile(const test::TempFolder& folder, int firstForm, i
     }
     out << "]}";
     return file;
+// A J-Form of the demo company's farmer, of one line of paddy in 37.5 kg bags, as `qx enter`
+// reads it.
+std::string JForm(const std::string& formNo, const std::string& quantity = "30.00", const std::string& bags = "80",
+                  const std::string& book = "12") {
+    return R"({"series": "JF", "date": "05/11/2024", "party": "BALWINDER SINGH GREWAL",
+        "boxes": {"MARKET": "KHANNA", "FORM_BOOK_NO": ")" + book + R"(", "FORM_NO": ")" + formNo + R"("},
+        "lines": [{"PRODUCT_ID": "PADDY", "CUSTOMER_ID": "MARKFED", "QTY_PER_BOX": "37.50",
+                   "QUANTITY": ")" + quantity + R"(", "REV_BAGS2": ")" + bags + R"(", "RATE": "2320"}]})";
+}
+
+std::filesystem::path DocumentsFile(const test::TempFolder& folder, const std::string& name,
+                                    const std::vector<std::string>& documents) {
+    auto file = folder.Path() / name;
+    std::ofstream out(file);
+    out << "{\"documents\": [";
+    for (std::size_t i = 0; i < documents.size(); ++i) out << (i ? ",\n" : "") << documents[i];
+    out << "]}";
+    return file;
+}
+
+std::filesystem::path FormsFile(const test::TempFolder& folder, const std::string& formNo, const std::string& quantity,
+                                const std::string& bags) {
+    return DocumentsFile(folder, "forms-" + formNo + ".json", {JForm(formNo, quantity, bags)});
+}
+
+// The line of a report that starts with the text.
+std::string LineStarting(const std::string& report, const std::string& start) {
+    std::istringstream lines(report);
+    for (std::string line; std::getline(lines, line);)
+        if (line.starts_with(start)) return line;
+    return "(no line starts with \"" + start + "\")";
+}
+
+// Each document of a file is saved or refused on its own, and a refusal says which document,
+// which field and what is wrong, in words a clerk reads.
+TEST(Qx, EnterRefusesABadDocumentAloneAndSaysWhereAndWhy) {
+    test::TempFolder folder;
+    auto path = (folder.Path() / "demo.kdb").string();
+    ASSERT_EQ(Qx({"demo", path}).status, 0);
+
+    const std::string header = R"("series": "JF", "date": "05/11/2024", "party": "BALWINDER SINGH GREWAL")";
+    auto with = [](std::string document, const std::string& part) { return document.insert(document.size() - 1, ", " + part); };
+    auto replaced = [](const std::string& document, const std::string& text, const std::string& by) {
+        return std::regex_replace(document, std::regex(text), by);
+    };
+    auto file = DocumentsFile(folder, "mixed.json", {
+        replaced("{" + header + "}", R"("JF")", R"("XX")"),
+        replaced("{" + header + "}", R"("JF")", "12"),
+        JForm("301"),
+        replaced(JForm("302"), R"("date": "05/11/2024",)", ""),
+        replaced(JForm("302"), "05/11/2024", "31/02/2024"),
+        R"("a J-Form")",
+        replaced(JForm("303"), R"("FORM_NO": "303")", R"("FORM_NO": 303)"),
+        JForm("304", "abc"),
+        with(JForm("305"), R"("charges": {"LABOUR": "x"})"),
+        replaced(JForm("306"), "BALWINDER SINGH GREWAL", "NOBODY"),
+        "{" + header + R"(, "lines": [["PADDY", "30.00"]]})",
+        "{" + header + R"(, "lins": []})",
+        JForm("309"),
+        R"({"series": "JF", "date": "05/11/2024"})",
+    });
+    auto run = Qx({"enter", path, file.string(), "--answers", "yes"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(LineStarting(run.out, "document 3 "), "document 3 (JF of 05/11/2024): saved");
+    EXPECT_EQ(LineStarting(run.out, "document 13 "), "document 13 (JF of 05/11/2024): saved");
+    const std::vector<std::pair<std::string, std::string>> refusals = {
+        {"document 1 ", "document 1 (XX of 05/11/2024): not saved: series: The series XX is not set up in this company."},
+        {"document 2 ", R"(document 2 (05/11/2024): not saved: series: the number 12 is not text: write it in quotes, "12".)"},
+        {"document 4 ", "document 4 (JF): not saved: date: missing; write the document's date as dd/MM/yyyy."},
+        {"document 5 ", "document 5 (JF of 31/02/2024): not saved: date: 31/02/2024 is not a date: February 2024 has 29 days."},
+        {"document 6:", R"(document 6: not saved: "a J-Form" is not a document: write each document as {"series": ..., "date": ..., "party": ..., "lines": [...]}.)"},
+        {"document 7 ", R"(document 7 (JF of 05/11/2024): not saved: box FORM_NO: the number 303 is not text: write it in quotes, "303".)"},
+        {"document 8 ", "document 8 (JF of 05/11/2024): not saved: line 1 QUANTITY: "},
+        {"document 9 ", "document 9 (JF of 05/11/2024): not saved: charge LABOUR: "},
+        {"document 10 ", "document 10 (JF of 05/11/2024): not saved: party: There is no account named NOBODY."},
+        {"document 11 ", R"(document 11 (JF of 05/11/2024): not saved: line 1: a list is not a line: write each line as {"COLUMN_KEY": "text", ...}.)"},
+        {"document 12 ", "document 12 (JF of 05/11/2024): not saved: lins: a document has no part \"lins\" (it has series, date, party, boxes, lines, charges and dialogs)."},
+        {"document 14 ", "document 14 (JF of 05/11/2024): not saved: party: missing; write the account's name."},
+    };
+    for (const auto& [start, refusal] : refusals)
+        EXPECT_THAT(LineStarting(run.err, start), testing::StartsWith(refusal));
+    EXPECT_THAT(LineStarting(run.err, "document 8 "), testing::HasSubstr("abc"));
+    EXPECT_THAT(LineStarting(run.err, "document 9 "), testing::HasSubstr(" x "));
+    EXPECT_THAT(run.err, testing::Not(testing::HasSubstr("json")));
+    // The engine's own messages are printed as they are shown, with the field being typed.
+    EXPECT_THAT(run.out, testing::HasSubstr("document 8 (JF of 05/11/2024), line 1 QUANTITY: [W] "));
+    EXPECT_THAT(run.out, testing::HasSubstr("document 5 (JF of 31/02/2024), date: [W] 31/02/2024 is not a date"));
+
+    EXPECT_EQ(Qx({"sql", path, "SELECT FORMNO FROM DOCMAIN WHERE FORMBOOKNO=12 AND FORMNO>300 ORDER BY FORMNO"}).out,
+              "FormNo\n301\n309\n");
 }
 
 TEST(Qx, EnterSavesFormsAndRefusesADuplicateFormNumberWithTheUsersMessage) {
@@ -223,6 +322,40 @@ TEST(Qx, TwoEntersAtOnceSaveEveryDocumentExactlyOnce) {
                                "MARKETID HAVING COUNT(*)>1"}).out,
               "FormNo\n");
     EXPECT_EQ(doubledNumbers(), "DOCSERIES,DOCNUMBER\n");
+// The log of a run killed part way names every document that was saved: each outcome is
+// written out as it is decided, not held in a buffer that the kill throws away.
+TEST(Qx, EnterLogsEachSavedDocumentBeforeGoingOn) {
+    test::TempFolder folder;
+    auto path = (folder.Path() / "demo.kdb").string();
+    ASSERT_EQ(Qx({"demo", path}).status, 0);
+    std::vector<std::string> documents;
+    for (int formNo = 1001; formNo <= 1400; ++formNo) documents.push_back(JForm(std::to_string(formNo), "30.00", "80", "77"));
+    auto file = DocumentsFile(folder, "season.json", documents);
+    auto log = folder.Path() / "enter.log";
+    auto saved = [&] {
+        auto rows = Qx({"sql", path, "SELECT COUNT(*) FROM DOCMAIN WHERE FORMBOOKNO=77"}).out;
+        return std::stoi(rows.substr(rows.find('\n') + 1));
+    };
+
+    const pid_t qx = fork();
+    ASSERT_NE(qx, -1);
+    if (qx == 0) {
+        std::freopen(log.c_str(), "w", stdout);
+        execl(QX_PROGRAM, "qx", "enter", path.c_str(), file.c_str(), static_cast<char*>(nullptr));
+        _exit(127);
+    }
+    while (saved() < 20) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    ASSERT_EQ(kill(qx, SIGKILL), 0);
+    int status = 0;
+    ASSERT_EQ(waitpid(qx, &status, 0), qx);
+    ASSERT_TRUE(WIFSIGNALED(status)) << "the run ended before it was killed";
+
+    const std::string written = FileBytes(log);
+    int logged = 0;
+    for (auto at = written.find(": saved\n"); at != std::string::npos; at = written.find(": saved\n", at + 1)) ++logged;
+    // The one document the kill may have caught between its commit and its log line.
+    EXPECT_GE(saved(), logged);
+    EXPECT_LE(saved(), logged + 1) << written;
 }
 
 } // namespace
