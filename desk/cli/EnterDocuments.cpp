@@ -136,7 +136,7 @@ public:
         auto screen = std::dynamic_pointer_cast<desk::DocumentScreen>(app_.Forms().CreateForm("Documents"));
         if (!screen) throw std::logic_error("this QX Desk has no document entry");
         screen->Properties().SetValue("DocSeriesCode", document.series);
-        app_.ShowForm(screen);
+        app_.OpenScreen(screen);
         screen_ = screen;
         // Dialogs the typing opens (the set-up of an item's accounts, say), in the order they come.
         for (const auto& steps : document.dialogs) QueueDialogSteps(app_, frontend_, steps);

@@ -159,6 +159,11 @@ void DeskApp::ShowForm(std::shared_ptr<ui::Screen> screen) {
     frontend_.Show(std::move(screen));
 }
 
+void DeskApp::OpenScreen(std::shared_ptr<ui::Screen> screen) {
+    closed_.clear();
+    ShowForm(std::move(screen));
+}
+
 bool DeskApp::ShowModal(ui::Screen& screen) {
     screen.RunLoad();
     frontend_.RunModal(screen);

@@ -95,6 +95,9 @@ public:
         return registered_;
     }
 
+    // A screen the user opens himself (a document `qx` enters): as at every user action, the
+    // screens closed before are released first; then it is shown.
+    void OpenScreen(std::shared_ptr<ui::Screen> screen);
     // Windows shown and not yet closed, oldest first.
     const std::vector<std::shared_ptr<ui::Screen>>& OpenScreens() const { return screens_; }
     // Closes a screen as its window's close button does; false when it refused.

@@ -211,6 +211,10 @@ DocumentScreen::DocumentScreen(DeskApp& app)
         CheckCell(row, col, typed, cancel);
     };
     grid_.OnCellLostFocus = [this](int row, int col) { TakeCell(row, col); };
+    grid_.OnRedraw = [this] {
+        if (totalsWaiting_)
+            app_.Guard([&] { ShowTotals(); });
+    };
 
     BuildChargeColumns(charges_);
     charges_.Editable = true;
@@ -453,6 +457,7 @@ void DocumentScreen::FillCharges(const std::vector<AppliedCharge>* applied) {
 }
 
 void DocumentScreen::ClearContent() {
+    totalsWaiting_ = false; // of the content that goes
     checked_.reset();
     itemCellRefused_ = rateRefused_ = false;
     partyName_.clear();
@@ -1017,7 +1022,13 @@ DocumentTotals DocumentScreen::CurrentTotals() {
     return ComputeTotals(document_.DocumentAmount(), bags, charges);
 }
 
+// Totals are a sum over every line, and the extensions' summaries after them too: while a
+// program fills the item grid with its redraw off they wait, and catch up once when it draws
+// again (OnRedraw), so that entering n lines costs n steps, not n squared.
 void DocumentScreen::ShowTotals() {
+    totalsWaiting_ = !grid_.Redraw();
+    if (totalsWaiting_)
+        return;
     const DocumentTotals totals = CurrentTotals();
     for (std::size_t i = 0; i < totals.charges.size(); ++i)
         charges_.SetTextMatrix(static_cast<int>(i) + 1, kChargeAmountCol,

@@ -208,6 +208,7 @@ private:
     bool quiet_ = false; // the screen is being reset: leaving a cell is not the user's doing
     std::optional<Date> lastDate_; // a new document takes the date of the one saved last
     Date totalledOn_;              // the document's date when its totals were last shown
+    bool totalsWaiting_ = false;   // for the item grid to draw again
 };
 
 } // namespace qx::desk

@@ -140,7 +140,9 @@ void Grid::SetRowColour(int row, int colour) {
 void Grid::SetRedraw(bool on) {
     if (on == redraw_) return;
     redraw_ = on;
-    if (redraw_) Changed();
+    if (!redraw_) return;
+    Changed();
+    if (OnRedraw) OnRedraw();
 }
 
 void Grid::ChangedIfDrawing() {

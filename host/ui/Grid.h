@@ -53,9 +53,12 @@ public:
     int RowColour(int row) const;
     void SetRowColour(int row, int colour);
 
-    // While redraw is off the view is not told of changes; switching it on tells it once.
+    // While redraw is off the view is not told of changes; switching it on tells it once, and
+    // runs OnRedraw, so that what follows the grid's content (a document's totals) can wait
+    // while a program fills the grid and catch up once.
     bool Redraw() const { return redraw_; }
     void SetRedraw(bool on);
+    std::function<void()> OnRedraw;
 
     bool Editable = false; // cells can be typed into
     bool GrowsRows = false; // typing into the last row adds an empty row after it

@@ -7,6 +7,7 @@
 #include "desk/core/VoucherRows.h"
 
 #include <fstream>
+#include <utility>
 
 using namespace qx;
 
@@ -65,6 +66,20 @@ TEST(DeskApp, AFailingScreenIsReportedToTheUser) {
     ASSERT_EQ(frontend.Transcript().size(), 1u);
     EXPECT_EQ(frontend.Transcript()[0].style, "E");
     EXPECT_EQ(frontend.Transcript()[0].prompt, "no such table: NOWHERE");
+}
+
+// A closed screen is released when the user opens the next one, so that a long run of
+// `qx enter`, a screen a document, holds only the screen in use.
+TEST(DeskApp, AClosedScreenIsReleasedWhenTheUserOpensAnother) {
+    desk::ScriptedFrontend frontend;
+    desk::DeskApp app(frontend);
+    auto screen = std::make_shared<ui::Screen>("first", "First");
+    const std::weak_ptr<ui::Screen> first = screen;
+    app.OpenScreen(std::exchange(screen, nullptr));
+    ASSERT_TRUE(app.CloseScreen(*first.lock()));
+    EXPECT_FALSE(first.expired()) << "kept while its own handler may still be running";
+    app.OpenScreen(std::make_shared<ui::Screen>("second", "Second"));
+    EXPECT_TRUE(first.expired());
 }
 
 TEST(ScriptedFrontend, AQuestionWithoutAnAnswerFailsLoudly) {

@@ -5,6 +5,8 @@
 
 #include "desk/documents/DocumentTotals.h"
 
+#include <algorithm>
+
 using qx::test::Box;
 using qx::test::Cell;
 using qx::test::Cells;
@@ -96,6 +98,23 @@ TEST_F(DocumentEngineTest, ChargesFollowTheirBasisAndTheGrandTotalIsInWholeRupee
               (Strings{"1|1|10|5|2000.25|10001.25|0|-1", "2|3|4|2|1500.35|3000.7|-1.5|-1"}));
     EXPECT_EQ(Rows("SELECT CHARGEKEY, RATE, AMOUNT, HEADCODE FROM DOCCHARGEDATA ORDER BY POSITION"),
               (Strings{"LABOUR|7.5|105|30", "DISCOUNT|2|260.04|31", "FREIGHT|100|100|32"}));
+}
+
+// A program filling the grid (qx entering a long document) turns its redraw off: the totals
+// and the extension's summary catch up once when the grid draws again, not after every cell,
+// so that a document of n lines costs n steps rather than n squared.
+TEST_F(DocumentEngineTest, LinesTypedWhileTheGridDoesNotRedrawAreTotalledOnceAfter) {
+    auto& screen = OpenSeries();
+    TakeLog();
+    screen.Grid().SetRedraw(false);
+    TypeWheatAndMoong(screen);
+    EXPECT_EQ(std::ranges::count(TakeLog(), "UpdateTotals2"), 0);
+    EXPECT_EQ(screen.Get<ui::TextBox>("txtGrandTotal").Text(), "100.00") << "the fixed freight alone, as before the lines";
+
+    screen.Grid().SetRedraw(true);
+    EXPECT_EQ(TakeLog(), Strings{"UpdateTotals2"});
+    EXPECT_EQ(screen.GridTot2().TextMatrix(1, 4), "70.00");
+    EXPECT_EQ(screen.Get<ui::TextBox>("txtGrandTotal").Text(), "12,912.00");
 }
 
 TEST(DocumentTotals, RoundsToRupeesHalfToEven) {
