@@ -7,13 +7,14 @@
 #include "desk/core/DeskApp.h"
 #include "desk/core/ReportText.h"
 #include "desk/core/Scripted.h"
+#include "desk/db/SqliteCompanyDb.h"
+#include "desk/db/SqliteStatement.h"
 #include "desk/documents/HostDocuments.h"
 #include "desk/documents/SeriesImport.h"
 #include "desk/masters/HostMasters.h"
 
 #include <nlohmann/json.hpp>
 
-#include <cctype>
 #include <cstdlib>
 #include <sstream>
 #include <stdexcept>
@@ -35,9 +36,11 @@ constexpr const char* kUsage = R"(qx: QX Desk from the command line
         questions are answered yes or no, or in turn from SCRIPT (a JSON list of "yes"/"no");
         each document is saved or refused on its own; every message is printed with the
         document and field it is about; the exit status is 1 when a document was not saved
-  qx sql PATH "STATEMENT"
+  qx sql PATH "STATEMENT" [--write]
         run one SQL statement on a company as the modules write them (SELECT FIRST n,
-        decimal columns, date literals); rows are printed as CSV with a header line
+        decimal columns, date literals); rows are printed as CSV with a header line as they
+        are read; a statement that would change the company (UPDATE, DELETE, DROP, a PRAGMA
+        that sets...) is refused unless --write is given
   qx --help
         this text
 )";
@@ -193,35 +196,28 @@ int Enter(const std::vector<std::string>& args, std::ostream& out, std::ostream&
     return EnterDocuments(desk.app, desk.frontend, args[2], out, err) ? 0 : 1;
 }
 
-bool ReturnsRows(std::string_view sql) {
-    auto start = sql.find_first_not_of(" \t\r\n(");
-    if (start == std::string_view::npos) return false;
-    std::string word;
-    for (auto i = start; i < sql.size() && std::isalpha(static_cast<unsigned char>(sql[i])); ++i)
-        word += static_cast<char>(std::toupper(static_cast<unsigned char>(sql[i])));
-    return word == "SELECT" || word == "WITH" || word == "PRAGMA";
-}
-
+// One statement, its rows written out as they are read. Reading is the default: a statement
+// that would change the company (as SQLite judges it) runs only with --write.
 int Sql(const std::vector<std::string>& args, std::ostream& out) {
-    if (args.size() != 3) throw UsageError("sql needs a PATH and one STATEMENT");
-    desk::Session session;
-    session.Open(args[1]);
-    auto& db = session.Database();
-    if (!ReturnsRows(args[2])) {
-        db.ExecuteSql(args[2]);
-        return 0;
+    std::vector<std::string> operands;
+    bool write = false;
+    for (std::size_t i = 1; i < args.size(); ++i) {
+        if (args[i] == "--write") write = true;
+        else operands.push_back(args[i]);
     }
-    auto rows = db.OpenRecordset(args[2]);
-    auto writeLine = [&](const std::vector<std::string>& fields) {
-        for (std::size_t i = 0; i < fields.size(); ++i) out << (i ? "," : "") << desk::CsvField(fields[i]);
-        out << '\n';
-    };
-    std::vector<std::string> fields;
-    for (int i = 0; i < rows->FieldCount(); ++i) fields.push_back(rows->FieldName(i));
-    writeLine(fields);
-    for (; !rows->EndOfRows(); rows->MoveNext()) {
-        for (int i = 0; i < rows->FieldCount(); ++i) fields[i] = rows->Field(i).AsText();
-        writeLine(fields);
+    if (operands.size() != 2) throw UsageError("sql needs a PATH and one STATEMENT, and may take --write");
+    auto db = db::SqliteCompanyDb::Open(operands[0]);
+    auto query = db->Query(operands[1]);
+    if (!write && !query->ReadOnly())
+        throw std::runtime_error("This statement would change the company; qx sql only reads unless it is given "
+                                 "--write.");
+    const int fields = query->ColumnCount();
+    auto writeField = [&](int i, const std::string& text) { out << (i ? "," : "") << desk::CsvField(text); };
+    for (int i = 0; i < fields; ++i) writeField(i, query->ColumnName(i));
+    if (fields > 0) out << '\n';
+    while (query->Step()) {
+        for (int i = 0; i < fields; ++i) writeField(i, query->Column(i).AsText());
+        if (fields > 0) out << '\n';
     }
     return 0;
 }

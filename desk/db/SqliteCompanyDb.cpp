@@ -210,6 +210,27 @@ std::unique_ptr<Recordset> SqliteCompanyDb::OpenRecordset(std::string_view sql) 
     return std::make_unique<SqliteRecordset>(db_, sql);
 }
 
+std::unique_ptr<Statement> SqliteCompanyDb::Query(std::string_view sql) {
+    const std::string adapted = AdaptSql(sql);
+    auto query = std::make_unique<Statement>(db_, adapted, sql);
+    if (query->Empty())
+        throw DbError("There is no statement in \"" + std::string(sql) + "\".");
+    // What follows the statement may be blanks, comments and semicolons, nothing else.
+    const DbError several("Only one statement at a time: \"" + std::string(sql) + "\" holds more.");
+    for (std::string_view rest = query->Rest(); !IsBlank(rest);) {
+        std::unique_ptr<Statement> next;
+        try {
+            next = std::make_unique<Statement>(db_, rest, sql);
+        } catch (const DbError&) {
+            throw several; // not a statement, but more than blanks
+        }
+        if (!next->Empty() || next->Rest().size() == rest.size())
+            throw several;
+        rest = next->Rest();
+    }
+    return query;
+}
+
 bool SqliteCompanyDb::TableExists(std::string_view table) {
     Statement query(db_, "SELECT 1 FROM sqlite_master WHERE type IN ('table','view') AND "
                          "name=? COLLATE NOCASE");

@@ -13,6 +13,8 @@ struct sqlite3;
 
 namespace qx::db {
 
+class Statement;
+
 class SqliteCompanyDb final : public CompanyDb {
 public:
     // A new company file with the host's tables; refuses a path that exists.
@@ -29,6 +31,10 @@ public:
 
     void ExecuteSql(std::string_view sql, int options = 128) override;
     std::unique_ptr<Recordset> OpenRecordset(std::string_view sql) override;
+    // One statement, as the modules write it, prepared to be stepped through: its rows are
+    // read one at a time as they come, so that a query of millions of rows holds one. Text
+    // that holds more than one statement (or none) is refused with DbError.
+    std::unique_ptr<Statement> Query(std::string_view sql);
     bool TableExists(std::string_view table) override;
     bool FieldExists(std::string_view field, std::string_view table) override;
     // A new number column gets DEFAULT 0, so that rows saved before it existed add up.

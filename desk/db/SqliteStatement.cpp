@@ -68,6 +68,10 @@ bool Statement::Step() {
     Fail();
 }
 
+bool Statement::ReadOnly() const {
+    return sqlite3_stmt_readonly(stmt_) != 0;
+}
+
 int Statement::ColumnCount() const {
     return sqlite3_column_count(stmt_);
 }

@@ -34,6 +34,8 @@ public:
     void Bind(int index, const Value& value, SqlTypeKind column = SqlTypeKind::Other);
     // Runs to the next row; false when the statement is done.
     bool Step();
+    // True when running the statement changes nothing in the company file, as SQLite judges it.
+    bool ReadOnly() const;
 
     int ColumnCount() const;
     std::string ColumnName(int index) const;

@@ -56,18 +56,48 @@ TEST(Qx, CreatesACompanyWithItsFirmPropertiesAndOptions) {
     EXPECT_EQ(again.status, 1) << "an existing company is never overwritten";
 }
 
-TEST(Qx, SqlPrintsRowsAsCsvThroughTheSameAdaptationAsTheModules) {
+// `qx sql` prints rows as CSV through the same adaptation as the modules' statements. It
+// reads: what would change the company (as SQLite judges the statement) runs only with
+// --write, and one statement at a time, so that nothing is changed unseen.
+TEST(Qx, SqlReadsAsTheModulesWriteAndChangesTheCompanyOnlyWhenToldTo) {
     test::TempFolder folder;
     auto path = (folder.Path() / "c.kdb").string();
     ASSERT_EQ(Qx({"company", "create", path}).status, 0);
-    ASSERT_EQ(Qx({"sql", path, "CREATE TABLE MARKETMASTER (MARKETID INT NOT NULL, MARKETNAME VARCHAR(60))"}).status, 0);
-    ASSERT_EQ(Qx({"sql", path, "INSERT INTO MARKETMASTER VALUES (1, 'D''SOUZA, KHANNA')"}).status, 0);
-    ASSERT_EQ(Qx({"sql", path, "INSERT INTO MARKETMASTER VALUES (2, 'ਜਗਰਾਉਂ')"}).status, 0);
+    ASSERT_EQ(Qx({"sql", path, "CREATE TABLE MARKETMASTER (MARKETID INT NOT NULL, MARKETNAME VARCHAR(60))", "--write"}).status, 0);
+    ASSERT_EQ(Qx({"sql", path, "INSERT INTO MARKETMASTER VALUES (1, 'D''SOUZA, KHANNA')", "--write"}).status, 0);
+    ASSERT_EQ(Qx({"sql", path, "--write", "INSERT INTO MARKETMASTER VALUES (2, 'ਜਗਰਾਉਂ')"}).status, 0);
     auto run = Qx({"sql", path, "SELECT FIRST 1 MARKETID, MARKETNAME FROM MARKETMASTER ORDER BY MARKETID"});
     ASSERT_EQ(run.status, 0) << run.err;
     EXPECT_EQ(run.out, "MARKETID,MARKETNAME\n1,\"D'SOUZA, KHANNA\"\n");
     auto all = Qx({"sql", path, "select marketname from marketmaster where marketid=2"});
     EXPECT_EQ(all.out, "MARKETNAME\nਜਗਰਾਉਂ\n");
+
+    auto markets = [&] { return Qx({"sql", path, "SELECT * FROM MARKETMASTER"}).out; };
+    const std::string before = markets();
+    for (const char* change : {"UPDATE MARKETMASTER SET MARKETNAME='DORAHA'", "DELETE FROM MARKETMASTER",
+                               "DROP TABLE MARKETMASTER", "INSERT INTO MARKETMASTER VALUES (2, 'SAMRALA')",
+                               "CREATE TABLE NOTES (TEXT VARCHAR(10))", "PRAGMA user_version=7",
+                               "  with x as (select 1) delete from marketmaster"}) {
+        auto refused = Qx({"sql", path, change});
+        EXPECT_EQ(refused.status, 1) << change;
+        EXPECT_THAT(refused.err, testing::HasSubstr("--write")) << change;
+    }
+    for (const char* several : {"SELECT 1; DELETE FROM MARKETMASTER", "SELECT 1;SELECT 2"}) {
+        auto refused = Qx({"sql", path, several, "--write"});
+        EXPECT_EQ(refused.status, 1) << several;
+        EXPECT_THAT(refused.err, testing::HasSubstr("one statement at a time")) << several;
+        EXPECT_EQ(refused.out, "") << several;
+    }
+    EXPECT_EQ(markets(), before);
+    EXPECT_EQ(Qx({"sql", path, "SELECT 1; -- the first only\n ;"}).out, "1\n1\n");
+    EXPECT_EQ(Qx({"sql", path, "PRAGMA user_version"}).out, "user_version\n0\n");
+
+    // Rows go out as they are read: those before a row that fails are already printed.
+    auto failing = Qx({"sql", path, "WITH RECURSIVE N(X) AS (SELECT 1 UNION ALL SELECT X+1 FROM N WHERE X<5) "
+                                    "SELECT X, CASE WHEN X=3 THEN ABS(-9223372036854775807-1) ELSE X END AS Y FROM N"});
+    EXPECT_EQ(failing.status, 1);
+    EXPECT_EQ(failing.out, "X,Y\n1,1\n2,2\n");
+    EXPECT_THAT(failing.err, testing::HasSubstr("integer overflow"));
 }
 
 TEST(Qx, RefusesWhatIsNotACompanyAndLeavesItAlone) {
