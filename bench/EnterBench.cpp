@@ -23,17 +23,22 @@ std::string Name(CompanyDb& db, int code) {
 
 // Writes a file of J-Forms on the season's last day at Khanna, in a book of their own, each of
 // that many lines of paddy sold to the first buyer.
-std::filesystem::path JFormsFile(CompanyDb& db, const std::filesystem::path& file, int forms, int lines) {
-    const std::string day = db.LookupValue("DOCMAIN", "MAX(DOCDATE)", "DOCSERIES='JF'").AsDate().ToDisplay();
-    const std::string line = R"({"PRODUCT_ID": "PADDY", "CUSTOMER_ID": ")" + Name(db, kFirstBuyerCode) +
-                             R"(", "QTY_PER_BOX": "37.50", "QUANTITY": "30.00", "REV_BAGS2": "80", "RATE": "2320"})";
+std::filesystem::path JFormsFile(CompanyDb& db, const std::filesystem::path& file, int forms,
+                                 int lines) {
+    const std::string day =
+        db.LookupValue("DOCMAIN", "MAX(DOCDATE)", "DOCSERIES='JF'").AsDate().ToDisplay();
+    const std::string line =
+        R"({"PRODUCT_ID": "PADDY", "CUSTOMER_ID": ")" + Name(db, kFirstBuyerCode) +
+        R"(", "QTY_PER_BOX": "37.50", "QUANTITY": "30.00", "REV_BAGS2": "80", "RATE": "2320"})";
     std::ofstream out(file);
     out << R"({"documents": [)";
     for (int form = 1; form <= forms; ++form) {
-        out << (form > 1 ? ",\n" : "") << R"({"series": "JF", "date": ")" << day << R"(", "party": ")"
-            << Name(db, kFirstFarmerCode) << R"(", "boxes": {"MARKET": "KHANNA", "FORM_BOOK_NO": "9002", "FORM_NO": ")"
-            << form << R"("}, "lines": [)";
-        for (int i = 0; i < lines; ++i) out << (i ? ", " : "") << line;
+        out << (form > 1 ? ",\n" : "") << R"({"series": "JF", "date": ")" << day
+            << R"(", "party": ")" << Name(db, kFirstFarmerCode)
+            << R"(", "boxes": {"MARKET": "KHANNA", "FORM_BOOK_NO": "9002", "FORM_NO": ")" << form
+            << R"("}, "lines": [)";
+        for (int i = 0; i < lines; ++i)
+            out << (i ? ", " : "") << line;
         out << "]}";
     }
     out << "]}";
@@ -49,9 +54,11 @@ double HeapInUse() {
 // Enters the file once; reports the time a line and a document, and how much more the desk
 // holds on its heap afterwards than before (the company's page cache, the screen last closed).
 void Enter(benchmark::State& state, int forms, int lines) {
-    const auto company = SeasonCompanyCopy("enter-" + std::to_string(forms) + "x" + std::to_string(lines));
+    const auto company =
+        SeasonCompanyCopy("enter-" + std::to_string(forms) + "x" + std::to_string(lines));
     MandiDesk desk(company);
-    const auto file = JFormsFile(desk.Db(), company.parent_path() / (company.stem().string() + ".json"), forms, lines);
+    const auto file = JFormsFile(
+        desk.Db(), company.parent_path() / (company.stem().string() + ".json"), forms, lines);
     desk.frontend.SetDefaultAnswer(kAnswerYes);
     const double heapBefore = HeapInUse();
     const auto start = std::chrono::steady_clock::now();
@@ -72,7 +79,13 @@ void Enter(benchmark::State& state, int forms, int lines) {
 void EnterLongJForm(benchmark::State& state) {
     Enter(state, 1, static_cast<int>(state.range(0)));
 }
-BENCHMARK(EnterLongJForm)->Arg(500)->Arg(1000)->Arg(2000)->Arg(5000)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(EnterLongJForm)
+    ->Arg(500)
+    ->Arg(1000)
+    ->Arg(2000)
+    ->Arg(5000)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
 
 // A file of n one-line J-Forms: neither the time a document nor the memory held may grow with n.
 void EnterLongFile(benchmark::State& state) {

@@ -134,7 +134,8 @@ std::string Date::DisplayRefusal(std::string_view text) {
         return notADate + "there is no day 0.";
     }
     const std::chrono::year_month_day_last last{
-        std::chrono::year{year}, std::chrono::month_day_last{std::chrono::month{static_cast<unsigned>(month)}}};
+        std::chrono::year{year},
+        std::chrono::month_day_last{std::chrono::month{static_cast<unsigned>(month)}}};
     return notADate + std::string(kMonthNames[static_cast<std::size_t>(month - 1)]) + " " +
            std::to_string(year) + " has " + std::to_string(static_cast<unsigned>(last.day())) +
            " days.";

@@ -32,7 +32,8 @@ struct FileDocument {
 // wrong with it.
 class Refusal : public std::runtime_error {
 public:
-    Refusal(std::string field, const std::string& why) : std::runtime_error(why), field_(std::move(field)) {}
+    Refusal(std::string field, const std::string& why)
+        : std::runtime_error(why), field_(std::move(field)) {}
     const std::string& Field() const { return field_; }
 
 private:
@@ -42,8 +43,9 @@ private:
 // Checks that the file is {"documents": [...]} and JSON throughout (a broken file enters
 // nothing), then hands each document to `enter`, with its number in the file, as soon as it
 // is read; a document is dropped once entered, so memory does not grow with the file.
-void ReadDocuments(const std::filesystem::path& file,
-                   const std::function<void(int number, const nlohmann::ordered_json& document)>& enter);
+void ReadDocuments(
+    const std::filesystem::path& file,
+    const std::function<void(int number, const nlohmann::ordered_json& document)>& enter);
 
 // "document 3 (JF of 05/11/2024)": the number, series and date as far as the file gives them.
 std::string DescribeDocument(int number, const nlohmann::ordered_json& document);

@@ -30,7 +30,7 @@ namespace qx::cli {
 // typed ("document 2 (JF of 05/11/2024), line 1 QUANTITY: [W] ..."); so is each saved document
 // as soon as it is saved, flushed, so that a run cut short leaves a true log. A refused
 // document is reported on err with why. False when any was refused.
-bool EnterDocuments(desk::DeskApp& app, desk::ScriptedFrontend& frontend, const std::filesystem::path& file,
-                    std::ostream& out, std::ostream& err);
+bool EnterDocuments(desk::DeskApp& app, desk::ScriptedFrontend& frontend,
+                    const std::filesystem::path& file, std::ostream& out, std::ostream& err);
 
 } // namespace qx::cli

@@ -9,7 +9,8 @@ namespace {
 
 std::ifstream OpenFile(const std::filesystem::path& file) {
     std::ifstream in(file, std::ios::binary);
-    if (!in) throw std::runtime_error(file.string() + " cannot be read.");
+    if (!in)
+        throw std::runtime_error(file.string() + " cannot be read.");
     return in;
 }
 
@@ -27,8 +28,9 @@ std::runtime_error NotJson(const std::filesystem::path& file, std::size_t byte) 
             ++column;
         }
     }
-    return std::runtime_error(file.string() + " is not valid JSON at line " + std::to_string(line) + ", column " +
-                              std::to_string(column) + ": look there for a missing or extra comma, quote or bracket.");
+    return std::runtime_error(file.string() + " is not valid JSON at line " + std::to_string(line) +
+                              ", column " + std::to_string(column) +
+                              ": look there for a missing or extra comma, quote or bracket.");
 }
 
 } // namespace
@@ -42,7 +44,8 @@ nlohmann::ordered_json ReadJson(const std::filesystem::path& file) {
     }
 }
 
-void ParseJson(const std::filesystem::path& file, const nlohmann::ordered_json::parser_callback_t& callback) {
+void ParseJson(const std::filesystem::path& file,
+               const nlohmann::ordered_json::parser_callback_t& callback) {
     auto in = OpenFile(file);
     try {
         [[maybe_unused]] const auto kept = nlohmann::ordered_json::parse(in, callback);

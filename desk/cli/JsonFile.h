@@ -12,6 +12,7 @@ nlohmann::ordered_json ReadJson(const std::filesystem::path& file);
 
 // Reads the file through the JSON parser's callback, which takes each value as it is read and
 // may drop it (return false), so that a long file is never held whole.
-void ParseJson(const std::filesystem::path& file, const nlohmann::ordered_json::parser_callback_t& callback);
+void ParseJson(const std::filesystem::path& file,
+               const nlohmann::ordered_json::parser_callback_t& callback);
 
 } // namespace qx::cli
