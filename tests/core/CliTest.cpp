@@ -147,28 +147,6 @@ TEST(Qx, DemoCompanyHoldsItsMarketsEnteredThroughTheMarketMaster) {
     EXPECT_EQ(self.out, "COUNT(*)\n1\n");
 }
 
-// J-Forms of Khanna, book 12, one per form number from firstForm on, in a file for `qx enter`;
-// or local purchases of paddy at Doraha, which post a voucher each.
-std::filesystem::path FormsFile(const test::TempFolder& folder, int firstForm, int count = 1,
-                                const std::string& quantity = "30.00", const std::string& bags = "80",
-                                const std::string& series = "JF") {
-    auto file = folder.Path() / (series + std::to_string(firstForm) + "-" + bags + ".json");
-    std::ofstream out(file);
-    out << R"({"documents": [)";
-    for (int form = firstForm; form < firstForm + count; ++form) {
-        out << (form == firstForm ? "" : ",");
-        if (series == "PL")
-            out << R"({"series": "PL", "date": "06/11/2024", "party": "JASPAL SINGH D'CRUZ",
-                "boxes": {"MARKET": "DORAHA", "FORM_NO": ")" << form << R"("},
-                "lines": [{"PRODUCT_ID": "PADDY", "QTY_PER_BOX": "50", "QUANTITY": "12.00", "RATE": "2300"}]})";
-        else
-            out << R"({"series": "JF", "date": "04/11/2024", "party": "BALWINDER SINGH GREWAL",
-                "boxes": {"MARKET": "KHANNA", "FORM_BOOK_NO": "12", "FORM_NO": ")" << form << R"("},
-                "lines": [{"PRODUCT_ID": "PADDY", "CUSTOMER_ID": "MARKFED", "QTY_PER_BOX": "37.50",
-                           "QUANTITY": ")" << quantity << R"(", "REV_BAGS2": ")" << bags << R"(", "RATE": "2320"}]})";
-    }
-    out << "]}";
-    return file;
 // A J-Form of the demo company's farmer, of one line of paddy in 37.5 kg bags, as `qx enter`
 // reads it.
 std::string JForm(const std::string& formNo, const std::string& quantity = "30.00", const std::string& bags = "80",
@@ -187,6 +165,19 @@ std::filesystem::path DocumentsFile(const test::TempFolder& folder, const std::s
     for (std::size_t i = 0; i < documents.size(); ++i) out << (i ? ",\n" : "") << documents[i];
     out << "]}";
     return file;
+}
+
+// J-Forms of Khanna, book 12, one per form number from firstForm on; or local purchases of
+// paddy at Doraha, which post a voucher each: a file for `qx enter`.
+std::filesystem::path FormsFile(const test::TempFolder& folder, int firstForm, int count,
+                                const std::string& series = "JF") {
+    std::vector<std::string> documents;
+    for (int form = firstForm; form < firstForm + count; ++form)
+        documents.push_back(series == "JF" ? JForm(std::to_string(form))
+                                           : R"({"series": "PL", "date": "06/11/2024", "party": "JASPAL SINGH D'CRUZ",
+                "boxes": {"MARKET": "DORAHA", "FORM_NO": ")" + std::to_string(form) + R"("},
+                "lines": [{"PRODUCT_ID": "PADDY", "QTY_PER_BOX": "50", "QUANTITY": "12.00", "RATE": "2300"}]})");
+    return DocumentsFile(folder, series + std::to_string(firstForm) + ".json", documents);
 }
 
 // The line of a report that starts with the text.
@@ -333,7 +324,7 @@ TEST(Qx, TwoEntersAtOnceSaveEveryDocumentExactlyOnce) {
     // by the other, and each purchase posts one voucher.
     const long vouchers = std::stol(Qx({"sql", path, "SELECT COUNT(*) FROM FADOCS"}).out.substr(9));
     const auto jForms = FormsFile(folder, 501, 25);
-    const auto purchases = FormsFile(folder, 61, 10, "", "", "PL");
+    const auto purchases = FormsFile(folder, 61, 10, "PL");
     std::string out;
     for (const auto& run : EnterAtOnce(folder, path, {jForms, jForms, purchases, purchases})) out += run.out;
     EXPECT_EQ(Occurrences(out, ": saved\n"), 35);
