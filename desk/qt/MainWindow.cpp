@@ -1,12 +1,12 @@
 #include "MainWindow.h"
 
 #include "ControlViews.h"
+#include "FileDialogs.h"
 #include "Pictures.h"
 
 #include "desk/core/DeskApp.h"
 
 #include <QCloseEvent>
-#include <QFileDialog>
 #include <QMdiArea>
 #include <QMenuBar>
 #include <QToolBar>
@@ -44,8 +44,9 @@ void MainWindow::Refresh() {
 
     QMenu* company = MenuOfGroup(QStringLiteral("Company"));
     company->addAction(QStringLiteral("Open..."), this, [this] {
-        const QString path = QFileDialog::getOpenFileName(
-            this, QStringLiteral("Open Company"), {}, QStringLiteral("QX Desk companies (*.kdb)"));
+        const QString path =
+            AskFileName(this, {FileQuestion::Kind::Open, QStringLiteral("Open Company"), {},
+                               QStringLiteral("QX Desk companies (*.kdb)")});
         if (!path.isEmpty()) OpenCompany(path);
     });
     company->addAction(QStringLiteral("Close"), this, [this] { app_.Guard([this] { app_.CloseCompany(); }); })

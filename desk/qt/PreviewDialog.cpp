@@ -1,13 +1,16 @@
 #include "PreviewDialog.h"
 
+#include "FileDialogs.h"
 #include "PrintRenderer.h"
 
-#include <QFileDialog>
+#include <QComboBox>
 #include <QHBoxLayout>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrintPreviewWidget>
 #include <QPushButton>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace qx::desk {
@@ -15,6 +18,29 @@ namespace {
 
 void ShowFailure(QWidget* parent, const std::exception& error) {
     QMessageBox::critical(parent, QStringLiteral("QX Desk"), QString::fromUtf8(error.what()));
+}
+
+// The print dialog's file to print to: its completer lists by name, and its "..." button opens
+// the desk's file dialog in place of Qt's own (which would guess types by content). Should a
+// Qt of another make lack the widgets looked for, the button goes rather than Qt's dialog.
+void ListOutputFilesByName(QPrintDialog& dialog) {
+    ListFilesByName(dialog);
+    auto* browse = dialog.findChild<QToolButton*>(QStringLiteral("fileBrowser"));
+    auto* file = dialog.findChild<QLineEdit*>(QStringLiteral("filename"));
+    auto* printers = dialog.findChild<QComboBox*>(QStringLiteral("printers"));
+    if (!browse) return;
+    QObject::disconnect(browse, &QAbstractButton::clicked, nullptr, nullptr);
+    if (!file || !printers) {
+        browse->hide();
+        return;
+    }
+    QObject::connect(browse, &QAbstractButton::clicked, &dialog, [&dialog, file, printers] {
+        const QString chosen = AskFileName(
+            &dialog, {FileQuestion::Kind::Save, QStringLiteral("Print To File"), file->text(), {}});
+        if (chosen.isEmpty()) return;
+        file->setText(chosen);
+        printers->setCurrentIndex(printers->count() - 1); // the PDF printer comes last
+    });
 }
 
 } // namespace
@@ -56,9 +82,9 @@ int PreviewDialog::PageCount() const { return preview_->pageCount(); }
 
 void PreviewDialog::SavePdf() {
     const QString suggested = QString::fromStdString(job_.title.empty() ? "report" : job_.title);
-    const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Save PDF"),
-                                                      suggested + QStringLiteral(".pdf"),
-                                                      QStringLiteral("PDF files (*.pdf)"));
+    const QString path =
+        AskFileName(this, {FileQuestion::Kind::Save, QStringLiteral("Save PDF"),
+                           suggested + QStringLiteral(".pdf"), QStringLiteral("PDF files (*.pdf)")});
     if (path.isEmpty()) return;
     try {
         print::WritePdf(job_, path.toStdString());
@@ -71,6 +97,7 @@ void PrintWithDialog(const PrintJob& job, QWidget* parent) {
     QPrinter printer(QPrinter::HighResolution);
     print::SetUpPage(job, printer);
     QPrintDialog dialog(&printer, parent);
+    ListOutputFilesByName(dialog);
     if (dialog.exec() != QDialog::Accepted) return;
     try {
         print::Render(job, printer);

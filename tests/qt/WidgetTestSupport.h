@@ -22,20 +22,25 @@ inline void EnsureWidgetsApplication() {
     new QApplication(argc, argv);
 }
 
-// Acts on the next modal window (a message box, a modal screen) once it is open; the test
-// then calls what opens it, and the action must close the window. Gives up after five
-// seconds, so that a window that never opens cannot be acted on by a later test.
-inline void WhenModalOpens(std::function<void(QWidget& modal)> action) {
+// Acts on the next modal window of that kind (a message box, a file dialog, a modal screen)
+// once it is open; the test then calls what opens it, and the action must close the window.
+// Gives up after five seconds, so that a window that never opens cannot be acted on by a
+// later test.
+template <class Kind> void WhenOpens(std::function<void(Kind&)> action) {
     auto* timer = new QTimer;
     timer->setInterval(10);
     QObject::connect(timer, &QTimer::timeout, timer, [timer, action = std::move(action), ticks = 0]() mutable {
-        QWidget* modal = QApplication::activeModalWidget();
+        auto* modal = qobject_cast<Kind*>(QApplication::activeModalWidget());
         if ((!modal || !modal->isVisible()) && ++ticks < 500) return;
         timer->stop();
         timer->deleteLater();
         if (modal) action(*modal);
     });
     timer->start();
+}
+
+inline void WhenModalOpens(std::function<void(QWidget& modal)> action) {
+    WhenOpens<QWidget>(std::move(action));
 }
 
 } // namespace qx::test
