@@ -13,16 +13,23 @@ namespace qx {
 class HostUi;
 class HostSession;
 
+// Options of ShowMessage: kYesNo asks Yes/No, as the module's questions do; kYesNoCancel adds
+// Cancel (Esc), for a question whose asker can still go back (the desk's "save this
+// document?").
+inline constexpr const char* kYesNo = "2";
+inline constexpr const char* kYesNoCancel = "3";
+
 // Answers of ShowMessage.
 inline constexpr int kAnswerYes = 1;
 inline constexpr int kAnswerNo = 2;
+inline constexpr int kAnswerCancel = 3;
 
 class ModuleUtil {
 public:
     ModuleUtil(HostUi& ui, HostSession& session) : ui_(ui), session_(session) {}
 
-    // style: "E" error, "W" warning, "Q" question, "I" notice; options "2" asks Yes/No.
-    // Returns kAnswerYes or kAnswerNo; plain notices return kAnswerYes.
+    // style: "E" error, "W" warning, "Q" question, "I" notice; options kYesNo or kYesNoCancel
+    // ask. Returns kAnswerYes, kAnswerNo or (asked for) kAnswerCancel; notices return kAnswerYes.
     int ShowMessage(const std::string& prompt, const std::string& options = {},
                     const std::string& style = "I");
     Amount TextToAmount(std::string_view text) const { return qx::TextToAmount(text); }

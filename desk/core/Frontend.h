@@ -23,7 +23,8 @@ public:
     virtual void RunModal(ui::Screen& screen) = 0;
     // A screen asked to close (ui::Screen::Close) and agreed to; take it down.
     virtual void Closed(ui::Screen& screen) = 0;
-    // style "E", "W", "Q" or "I"; options "2" for Yes/No. Returns 1 (Yes/OK) or 2 (No).
+    // As ModuleUtil::ShowMessage: style "E", "W", "Q" or "I"; options kYesNo, kYesNoCancel or
+    // none. Returns kAnswerYes (Yes, OK), kAnswerNo or kAnswerCancel (Cancel, Esc).
     virtual int Message(const std::string& prompt, const std::string& options,
                         const std::string& style) = 0;
     virtual void Print(const PrintJob& job, PrintMode mode) = 0;

@@ -55,8 +55,8 @@ void ScriptedFrontend::Closed(ui::Screen& screen) {
 
 int ScriptedFrontend::Message(const std::string& prompt, const std::string& options,
                               const std::string& style) {
-    int answer = 1;
-    if (options == "2") {
+    int answer = kAnswerYes;
+    if (options == kYesNo || options == kYesNoCancel) {
         if (!answers_.empty()) {
             answer = answers_.front();
             answers_.pop_front();
@@ -66,6 +66,8 @@ int ScriptedFrontend::Message(const std::string& prompt, const std::string& opti
             transcript_.push_back({style, prompt, 0});
             throw UnscriptedQuestion("No answer was scripted for the question: " + prompt);
         }
+        if (answer == kAnswerCancel && options != kYesNoCancel)
+            throw std::logic_error("Cancel was scripted for a Yes/No question: " + prompt);
     }
     transcript_.push_back({style, prompt, answer});
     if (OnMessage) OnMessage(transcript_.back());

@@ -29,7 +29,8 @@ public:
 
 class ScriptedFrontend : public Frontend {
 public:
-    // Answers for the next Yes/No questions, in order.
+    // Answers for the next questions, in order: kAnswerYes, kAnswerNo, or kAnswerCancel for a
+    // question that offers Cancel.
     void QueueAnswer(int answer) { answers_.push_back(answer); }
     // The answer for questions once the queue is empty; none: such a question throws.
     void SetDefaultAnswer(std::optional<int> answer) { defaultAnswer_ = answer; }

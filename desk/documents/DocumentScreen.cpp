@@ -544,11 +544,18 @@ std::string DocumentScreen::ContentSnapshot() const {
 }
 
 // Before the document on the screen gives way (another one, closing): a document the user
-// changed is saved or dropped as he says. False when it stays (its save was refused).
+// changed is saved or dropped as he says. False when it stays: he cancelled, or its save was
+// refused.
 bool DocumentScreen::LeaveDocument() {
     if (ContentSnapshot() == shownContent_) return true;
-    if (app_.ShowMessage("Do you want to save this document?", "2", "Q") != kAnswerYes) return true;
-    return SaveDocument();
+    switch (app_.ShowMessage("Do you want to save this document?", kYesNoCancel, "Q")) {
+    case kAnswerYes:
+        return SaveDocument();
+    case kAnswerNo:
+        return true;
+    default:
+        return false;
+    }
 }
 
 void DocumentScreen::QueryUnload(bool& cancel) {

@@ -168,12 +168,23 @@ int QtFrontend::Message(const std::string& prompt, const std::string& options,
     if (style == "E") icon = QMessageBox::Critical;
     else if (style == "W") icon = QMessageBox::Warning;
     else if (style == "Q") icon = QMessageBox::Question;
-    const bool yesNo = options == "2";
+    const bool cancel = options == kYesNoCancel;
+    const bool question = cancel || options == kYesNo;
+    QMessageBox::StandardButtons buttons = QMessageBox::Ok;
+    if (question) buttons = QMessageBox::Yes | QMessageBox::No;
+    if (cancel) buttons |= QMessageBox::Cancel;
     KeyboardComesBack back;
-    QMessageBox box(icon, QStringLiteral("QX Desk"), ToQString(prompt),
-                    yesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok, DialogParent());
-    box.setDefaultButton(yesNo ? QMessageBox::Yes : QMessageBox::Ok);
-    return box.exec() == QMessageBox::No ? 2 : 1;
+    QMessageBox box(icon, QStringLiteral("QX Desk"), ToQString(prompt), buttons, DialogParent());
+    box.setDefaultButton(question ? QMessageBox::Yes : QMessageBox::Ok);
+    if (cancel) box.setEscapeButton(QMessageBox::Cancel);
+    switch (box.exec()) {
+    case QMessageBox::No:
+        return kAnswerNo;
+    case QMessageBox::Cancel:
+        return kAnswerCancel;
+    default:
+        return kAnswerYes;
+    }
 }
 
 void QtFrontend::Print(const PrintJob& job, PrintMode mode) {

@@ -271,7 +271,15 @@ TEST_F(DocumentEngineTest, AChangedDocumentIsSavedOrDroppedAsTheUserSaysBeforeIt
     EXPECT_EQ(Messages(), Strings{"Do you want to save this document?"});
     EXPECT_TRUE(Rows("SELECT DOCUMENTID FROM DOCMAIN").empty());
 
+    // Cancel (Esc) goes back to the document, with nothing lost.
     TypeWheatAndMoong(screen);
+    frontend.QueueAnswer(kAnswerCancel);
+    EXPECT_FALSE(app.CloseScreen(screen));
+    frontend.QueueAnswer(kAnswerCancel);
+    ASSERT_TRUE(Press(screen, ui::Key::F5));
+    EXPECT_EQ(Cell(screen, 2, "PRODUCT_ID"), "MOONG");
+    EXPECT_TRUE(Rows("SELECT DOCUMENTID FROM DOCMAIN").empty());
+
     frontend.QueueAnswer(kAnswerYes);
     EXPECT_TRUE(app.CloseScreen(screen)) << "saved, then closed";
     EXPECT_EQ(Rows("SELECT COUNT(*) FROM DOCMAIN"), Strings{"1"});

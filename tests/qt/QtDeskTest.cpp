@@ -173,6 +173,15 @@ TEST_F(QtDesk, MessagesShowTheBoxOfTheirStyleAndReturnTheAnswer) {
     EXPECT_EQ(frontend.Message("Save the form?", "2", "Q"), 1);
     EXPECT_EQ(seen.icon, QMessageBox::Question);
 
+    // The desk's own question before a changed document goes: Esc is Cancel.
+    test::WhenModalOpens([&seen](QWidget& modal) {
+        auto& box = dynamic_cast<QMessageBox&>(modal);
+        seen = {box.text(), box.icon(), box.standardButtons()};
+        QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    EXPECT_EQ(frontend.Message("Do you want to save this document?", "3", "Q"), kAnswerCancel);
+    EXPECT_EQ(seen.buttons, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+
     AnswerNextBox(seen, QMessageBox::Ok);
     EXPECT_EQ(frontend.Message("Maximum 5 characters allowed in Series.", "", "E"), 1);
     EXPECT_EQ(seen.icon, QMessageBox::Critical);
