@@ -25,14 +25,14 @@ std::optional<ui::KeyPress> ScreenKey(const QKeyEvent& event) {
         press.key = ui::Key::Escape;
     else if (key == Qt::Key_Return || key == Qt::Key_Enter)
         press.key = ui::Key::Enter;
-    else if (key == Qt::Key_Tab)
+    else if (key == Qt::Key_Tab || key == Qt::Key_Backtab)
         press.key = ui::Key::Tab;
     else if (key == Qt::Key_Delete && event.modifiers().testFlag(Qt::ControlModifier))
         press.key = ui::Key::Delete; // plain Delete is the editor's
     else
         return std::nullopt;
     const Qt::KeyboardModifiers modifiers = event.modifiers();
-    press.shift = modifiers.testFlag(Qt::ShiftModifier);
+    press.shift = modifiers.testFlag(Qt::ShiftModifier) || key == Qt::Key_Backtab;
     press.ctrl = modifiers.testFlag(Qt::ControlModifier);
     press.alt = modifiers.testFlag(Qt::AltModifier);
     return press;
@@ -158,7 +158,7 @@ void ScreenWidget::FocusModelControl() {
     // Already inside the control (in a cell's editor, say): leave the user where he is.
     if (ViewHolding(QApplication::focusWidget()) == view) return;
     followingModel_ = true;
-    view->FocusWidget()->setFocus(Qt::OtherFocusReason);
+    view->FocusWidget()->setFocus(movingBack_ ? Qt::BacktabFocusReason : Qt::OtherFocusReason);
     followingModel_ = false;
 }
 
@@ -198,24 +198,32 @@ bool ScreenWidget::HandleKey(const QKeyEvent& event) {
     const std::optional<ui::KeyPress> press = ScreenKey(event);
     if (!press) return false;
     bool used = false;
+    movingBack_ = press->key == ui::Key::Tab && press->shift;
     Command([&] {
         used = screen_.KeyDown(*press);
         if (used) return;
         if (ControlView* view = screen_.Focused() ? ViewOf(*screen_.Focused()) : nullptr)
             used = view->DefaultKey(*press);
     });
+    movingBack_ = false;
     return used;
 }
 
 void ScreenWidget::WatchKeys(QWidget* widget) { widget->installEventFilter(this); }
 
 bool ScreenWidget::eventFilter(QObject* watched, QEvent* event) {
-    // A box the keyboard or the program brings the focus to has its text selected, so that
-    // typing replaces it (the date a new document proposes, say); a click places the cursor.
+    // A box the keyboard or the program brings the focus to going forward has its text
+    // selected, so that typing replaces it (the date a new document proposes, say). Going back
+    // (Shift+Tab) the box keeps its text with the cursor at its end, so that nothing typed
+    // replaces it unseen; a click places the cursor.
     if (event->type() == QEvent::FocusIn)
-        if (auto* edit = qobject_cast<QLineEdit*>(watched);
-            edit && static_cast<QFocusEvent*>(event)->reason() != Qt::MouseFocusReason)
-            QTimer::singleShot(0, edit, [edit] { edit->selectAll(); });
+        if (auto* edit = qobject_cast<QLineEdit*>(watched)) {
+            const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+            if (reason == Qt::BacktabFocusReason)
+                QTimer::singleShot(0, edit, [edit] { edit->end(false); });
+            else if (reason != Qt::MouseFocusReason)
+                QTimer::singleShot(0, edit, [edit] { edit->selectAll(); });
+        }
     // A letter or digit typed on a button (a menu cube's, say) is the screen's to act on;
     // in a box or a cell it is typing.
     if (event->type() == QEvent::KeyPress && qobject_cast<QAbstractButton*>(watched)) {

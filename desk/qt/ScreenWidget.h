@@ -72,6 +72,8 @@ private:
     std::vector<std::vector<QLabel*>> captionColumns_;
     // Set while focus is moved to follow the model, so that the move is not sent back to it.
     bool followingModel_ = false;
+    // Set while Shift+Tab is handled: the control it brings the focus to is entered backwards.
+    bool movingBack_ = false;
     int acting_ = 0;
     // Views whose controls changed and are not shown as they are yet.
     std::vector<ControlView*> changed_;

@@ -193,6 +193,21 @@ bool Grid::MoveNext() {
     return Commit();
 }
 
+std::optional<std::pair<int, int>> Grid::CellBefore() const {
+    if (!IsDataCell(*this, row_, col_)) return std::nullopt;
+    for (int row = row_, col = col_ - 1; row >= 1; --row, col = Cols() - 1)
+        for (; col >= 0; --col)
+            if (columns_[col].editable && Shown(columns_[col])) return std::pair(row, col);
+    return std::nullopt;
+}
+
+bool Grid::MovePrevious() {
+    const auto before = CellBefore();
+    return before && MoveTo(before->first, before->second);
+}
+
+bool Grid::AtFirstCell() const { return !CellBefore(); }
+
 bool Grid::Commit() { return LeaveCell(row_); }
 
 void Grid::DoubleClick(int row, int col) {

@@ -79,6 +79,11 @@ public:
     const std::optional<std::string>& Editing() const { return editing_; }
     // Enter or Tab: next editable visible column, or the first of the next row.
     bool MoveNext();
+    // Shift+Tab: the editable visible column before, or the last of the row above; false when
+    // a handler refused or there is no such cell (AtFirstCell).
+    bool MovePrevious();
+    // Whether no cell the user types into comes before the cursor.
+    bool AtFirstCell() const;
     // Leaves the current cell without moving (as when focus leaves the grid).
     bool Commit();
     void DoubleClick(int row, int col);
@@ -96,6 +101,7 @@ public:
     PrintJob ToPrintJob(std::string title, std::string title2 = {}) const;
 
 private:
+    std::optional<std::pair<int, int>> CellBefore() const;
     bool LeaveCell(int nextRow);
     void ChangedIfDrawing();
 

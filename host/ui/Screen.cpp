@@ -91,6 +91,13 @@ bool Screen::RunQueryUnload() {
 void Screen::RunUnload() { Unload(); }
 
 bool Screen::KeyDown(const KeyPress& key) {
+    if (key.key == Key::Tab && key.shift && !key.ctrl && !key.alt) {
+        if (auto* grid = dynamic_cast<Grid*>(focused_); grid && !grid->AtFirstCell())
+            grid->MovePrevious();
+        else
+            FocusPrevious();
+        return true;
+    }
     if (!key.Plain()) return false;
     // F2 in an input box with a look-up opens the look-up, before any bar item of F2.
     if (auto* box = dynamic_cast<TextBox*>(focused_); key.key == Key::F2 && box && box->OnLookup) {
@@ -121,13 +128,20 @@ void Screen::Focus(Control& control) {
     if (view_) view_->FocusChanged(control);
 }
 
-void Screen::FocusNext() {
-    if (controls_.empty()) return;
-    std::size_t start = 0;
-    for (std::size_t i = 0; i < controls_.size(); ++i)
-        if (controls_[i].get() == focused_) start = i + 1;
-    for (std::size_t step = 0; step < controls_.size(); ++step) {
-        Control& candidate = *controls_[(start + step) % controls_.size()];
+void Screen::FocusNext() { FocusStep(1); }
+
+void Screen::FocusPrevious() { FocusStep(-1); }
+
+// The next control that takes the focus in that direction, round past either end.
+void Screen::FocusStep(int step) {
+    const auto count = static_cast<std::ptrdiff_t>(controls_.size());
+    if (count == 0) return;
+    std::ptrdiff_t at = step > 0 ? -1 : 0; // with nothing focused: the first, or the last
+    for (std::ptrdiff_t i = 0; i < count; ++i)
+        if (controls_[static_cast<std::size_t>(i)].get() == focused_) at = i;
+    for (std::ptrdiff_t moved = 1; moved <= count; ++moved) {
+        const std::ptrdiff_t index = ((at + moved * step) % count + count) % count;
+        Control& candidate = *controls_[static_cast<std::size_t>(index)];
         if (candidate.TakesFocus()) {
             Focus(candidate);
             return;

@@ -79,14 +79,16 @@ public:
     bool Loaded() const { return loaded_; }
 
     // A key pressed on the screen. By default F2 opens the look-up of the focused input
-    // box, function keys and Esc click the command-bar item whose caption names them, and
-    // Enter moves on as Tab does. True when consumed.
+    // box, function keys and Esc click the command-bar item whose caption names them, Enter
+    // moves on as Tab does, and Shift+Tab moves back (in a grid cell by cell, out of it from
+    // its first cell). True when consumed.
     virtual bool KeyDown(const KeyPress& key);
 
     // Focus.
     Control* Focused() const { return focused_; }
     void Focus(Control& control);
     void FocusNext();
+    void FocusPrevious();
 
     // Closing: the screen asks its host; a modal screen reports whether it was accepted.
     void Close(bool accepted = false);
@@ -104,6 +106,7 @@ protected:
 
 private:
     void Adopt(std::unique_ptr<Control> control);
+    void FocusStep(int step);
 
     std::string name_;
     std::string caption_;

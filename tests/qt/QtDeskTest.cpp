@@ -12,7 +12,9 @@
 #include "desk/documents/HostDocuments.h"
 #include "desk/masters/HostMasters.h"
 #include "support/Desk.h"
+#include "support/DocumentTyping.h"
 
+#include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
@@ -396,6 +398,29 @@ TEST_F(QtDesk, AJFormTypedAtTheKeyboard) {
     EXPECT_EQ(screen->Grid().TextMatrix(1, screen->Member("COL_PRODUCT_ID")), "PADDY");
     EXPECT_EQ(screen->Grid().TextMatrix(1, screen->Member("COL_CUSTOMER_ID")), "SELF");
     EXPECT_EQ(screen->Grid().TextMatrix(1, screen->Member("COL_QUANTITY")), "10.40");
+
+    // Shift+Tab goes back cell by cell, and out of the grid only from its first cell, into the
+    // J-Form No. with its text as it was: what is typed next goes after it.
+    auto back = [] {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+        QApplication::processEvents();
+    };
+    ui::TextBox& formNo = test::Box(*screen, "FORM_NO");
+    formNo.SetText("101");
+    back();
+    EXPECT_EQ(screen->Grid().Col(), screen->Member("COL_QUANTITY"));
+    EXPECT_EQ(screen->Focused(), &screen->Grid());
+    for (int cell = 0; cell < 3; ++cell) back();
+    EXPECT_EQ(screen->Grid().Col(), screen->Member("COL_PRODUCT_ID"));
+    back();
+    EXPECT_EQ(screen->Focused(), &formNo);
+    auto* box = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->text(), "101");
+    EXPECT_FALSE(box->hasSelectedText());
+    EXPECT_EQ(box->cursorPosition(), 3);
+    QTest::keyClick(box, Qt::Key_5);
+    EXPECT_EQ(formNo.Text(), "1015");
     screen->NewDocument();
     app.CloseCompany();
 }

@@ -286,6 +286,25 @@ TEST_F(EntryForm, EnterWalksTheControlsThatTakeFocusAndMovesWithinTheGrid) {
     EXPECT_EQ(grid.Col(), 1);
     screen.FocusNext(); // wraps past the label and the switched-off box
     EXPECT_EQ(view.focus, (Log{"txpParty", "Grid", "txpParty"}));
+
+    // Shift+Tab walks back cell by cell, through the checks, and leaves the grid backwards
+    // only from its first cell.
+    const KeyPress back{.key = Key::Tab, .shift = true};
+    grid.SetRows(3);
+    grid.SetFocus();
+    grid.SetCurrent(2, 1);
+    EXPECT_TRUE(screen.KeyDown(back));
+    EXPECT_EQ(std::pair(grid.Row(), grid.Col()), std::pair(2, 0));
+    EXPECT_TRUE(screen.KeyDown(back));
+    EXPECT_EQ(std::pair(grid.Row(), grid.Col()), std::pair(1, 1));
+    grid.Type("0");
+    EXPECT_TRUE(screen.KeyDown(back));
+    EXPECT_EQ(std::pair(grid.Row(), grid.Col()), std::pair(1, 1)) << "the refused cell keeps it";
+    grid.Type("5");
+    EXPECT_TRUE(screen.KeyDown(back));
+    EXPECT_EQ(screen.Focused(), &grid);
+    EXPECT_TRUE(screen.KeyDown(back));
+    EXPECT_EQ(screen.Focused(), &party) << "past the switched-off box";
 }
 
 TEST_F(EntryForm, F2OpensTheLookUpOfTheFocusedBoxOnly) {
