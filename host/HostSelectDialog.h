@@ -15,6 +15,9 @@ public:
     virtual void AddItem(std::string text, std::int64_t value) = 0;
     virtual void FillFromQuery(CompanyDb& db, std::string_view sql, std::string_view displayField,
                                std::string_view keyField) = 0;
+    // What the user had typed before asking for the list: it opens at the first entry that
+    // starts with it (at none when none does), as if he had typed it into the list.
+    virtual void SetStartText(std::string text) = 0;
     // Shows the list modally; true when a row was chosen.
     virtual bool Show() = 0;
     virtual int SelectedIndex() const = 0; // 1-based; 0 when none

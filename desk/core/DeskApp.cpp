@@ -5,6 +5,7 @@
 #include "VoucherRows.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace qx::desk {
 
@@ -172,7 +173,20 @@ bool DeskApp::ShowModal(ui::Screen& screen) {
 }
 
 std::unique_ptr<HostSelectDialog> DeskApp::CreateSelectDialog() {
-    return std::make_unique<SelectListDialog>(*this);
+    auto dialog = std::make_unique<SelectListDialog>(*this);
+    dialog->SetStartText(listStart_);
+    return dialog;
+}
+
+void DeskApp::LookUpFrom(const std::string& typed, const std::function<void()>& lookup) {
+    const std::string before = std::exchange(listStart_, typed);
+    try {
+        lookup();
+    } catch (...) {
+        listStart_ = before;
+        throw;
+    }
+    listStart_ = before;
 }
 
 int DeskApp::ShowMessage(const std::string& prompt, const std::string& options,

@@ -83,6 +83,9 @@ public:
     // under the group unless the group is empty.
     void RegisterHostScreen(const std::string& group, const std::string& key, const std::string& caption,
                             std::function<std::shared_ptr<ui::Screen>()> make);
+    // Runs the look-up of a box or cell that holds what the user typed: a list dialog made
+    // meanwhile (by a module, say) starts at it.
+    void LookUpFrom(const std::string& typed, const std::function<void()>& lookup);
     // Raises CustomEvent on the modules.
     void RaiseCustomEvent(const std::string& name, EventArgs& args);
 
@@ -151,6 +154,7 @@ private:
     std::vector<std::shared_ptr<ui::Screen>> screens_;
     std::vector<std::shared_ptr<ui::Screen>> closed_; // released at the next user action
     std::vector<std::pair<ui::Screen*, std::string>> registered_;
+    std::string listStart_; // see LookUpFrom
 };
 
 } // namespace qx::desk

@@ -1,6 +1,8 @@
 #pragma once
 // The host's list-selection dialog: a screen with one list and OK/Cancel, shown modally.
-// The user chooses a row by moving to it and pressing Enter, double-clicking it, or OK.
+// The user chooses a row by moving to it and pressing Enter, double-clicking it, or OK. Letters
+// typed on the list find the first entry that starts with them (Backspace takes one back);
+// when none does, no row is current and Enter chooses nothing.
 
 #include "host/HostSelectDialog.h"
 #include "host/HostUi.h"
@@ -17,6 +19,7 @@ public:
     void AddItem(std::string text, std::int64_t value) override;
     void FillFromQuery(CompanyDb& db, std::string_view sql, std::string_view displayField,
                        std::string_view keyField) override;
+    void SetStartText(std::string text) override { startText_ = std::move(text); }
     bool Show() override;
     int SelectedIndex() const override { return selected_; }
     std::string SelectedText() const override;
@@ -26,6 +29,7 @@ private:
     HostUi& ui_;
     std::shared_ptr<ui::Screen> screen_;
     std::vector<ui::ListEntry> entries_;
+    std::string startText_;
     int selected_ = 0;
 };
 

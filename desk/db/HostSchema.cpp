@@ -108,11 +108,14 @@ const std::vector<TableSpec> kTables = {
       {"NARRATION", "VARCHAR(250)"},
       {"NEXTNUMBER", kNumber, "1"},
       {"TRNTYPE", "VARCHAR(10)"},
-      {"BOOK", "VARCHAR(10)"}},
+      {"BOOK", "VARCHAR(10)"},
+      // the account groups (FAGROUPS numbers, "180,40") the party comes from; empty: any
+      {"PARTYGROUPS", "VARCHAR(250)"}},
      {"SERIESID"}},
     // A series' item grid, column by column after the host's serial column. COLKEY is one of
     // the host's standard keys (PRODUCT_ID, QUANTITY, ...) or the series' own; an own column is
     // numeric when it has a FORMAT and is saved into the DOCDATA column FIELD when one is named.
+    // GROUPS: the account groups a party column's accounts come from, as DOCCONFIG.PARTYGROUPS.
     {"DOCCOLUMNS",
      {{"SERIESID", kCode},
       {"POSITION", kNumber},
@@ -124,10 +127,12 @@ const std::vector<TableSpec> kTables = {
       {"FIELD", "VARCHAR(30)"},
       // the figures a number column takes: '' 0 or more, 'positive' more than 0 on every
       // line, 'signed' negative as well
-      {"FIGURES", "VARCHAR(10)", {}, "'signed'"}},
+      {"FIGURES", "VARCHAR(10)", {}, "'signed'"},
+      {"GROUPS", "VARCHAR(250)"}},
      {"SERIESID", "POSITION"}},
     // A series' own header boxes, saved into the DOCMAIN column FIELD. LOOKUP names a module's
-    // operation that chooses the box's record, LOOKUPTEXT the one that names a saved choice.
+    // operation that chooses the box's record, LOOKUPTEXT the one that names a saved choice;
+    // a REQUIRED box must be filled before a document is saved.
     {"DOCBOXES",
      {{"SERIESID", kCode},
       {"POSITION", kNumber},
@@ -137,7 +142,8 @@ const std::vector<TableSpec> kTables = {
       {"NUMERIC", kFlag},
       {"VISIBLE", kFlag, "1"},
       {"LOOKUP", "VARCHAR(40)"},
-      {"LOOKUPTEXT", "VARCHAR(40)"}},
+      {"LOOKUPTEXT", "VARCHAR(40)"},
+      {"REQUIRED", kFlag}},
      {"SERIESID", "POSITION"}},
     // A series' charges: BASIS 'B' per bag, 'P' percent of the gross amount, 'F' fixed; SIGN +1
     // adds to the document, -1 deducts; posted to HEADCODE; the amount kept in DOCMAIN.FIELD.

@@ -26,6 +26,8 @@ inline constexpr std::array kSchemaHistory = {
     SchemaVersion{5, "the figures a series' number column takes, DOCCOLUMNS.FIGURES"},
     SchemaVersion{6, "document numbers unique within their series (UX_DOCMAIN_DOCSERIESID_DOCNUMBER "
                      "replaces the plain index)"},
+    SchemaVersion{7, "series: the account groups of the party (DOCCONFIG.PARTYGROUPS) and of a "
+                     "party column (DOCCOLUMNS.GROUPS); boxes that must be filled (REQUIRED)"},
 };
 inline constexpr int kHostSchemaVersion = kSchemaHistory.back().version;
 

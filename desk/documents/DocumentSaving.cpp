@@ -81,6 +81,8 @@ std::string DocumentScreen::Refusal(std::int32_t number) {
         return "Enter the date as dd/MM/yyyy.";
     if (document_.PartyID() == 0)
         return "Choose the party.";
+    if (std::string refusal = SeriesRefusal(); !refusal.empty())
+        return refusal;
     bool anyLine = false;
     for (int row = 1; row < grid_.Rows(); ++row) {
         if (!document_.IsLine(row)) {

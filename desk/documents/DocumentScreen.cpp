@@ -38,13 +38,17 @@ std::optional<Named> FindByName(CompanyDb& db, const NameLookup& lookup, std::st
     return Named{rows->Field(0).AsInt(), rows->Field(1).AsText()};
 }
 
+// The list of names, of accounts of the groups when given, starting at what the user typed.
 std::optional<Named> ChooseByName(DeskApp& app, const NameLookup& lookup,
-                                  const std::string& caption) {
+                                  const std::string& caption, const std::string& typed,
+                                  const AccountGroups& groups = {}) {
     auto list = app.CreateSelectDialog();
     list->SetCaption(caption);
+    list->SetStartText(Trim(typed));
+    const std::string where = groups.empty() ? std::string() : " WHERE " + InGroups(groups);
     list->FillFromQuery(app.DeskSession().Database(),
                         std::string("SELECT ") + lookup.codeField + ", " + lookup.nameField +
-                            " FROM " + lookup.table + " ORDER BY " + lookup.nameField,
+                            " FROM " + lookup.table + where + " ORDER BY " + lookup.nameField,
                         lookup.nameField, lookup.codeField);
     if (!list->Show())
         return std::nullopt;
@@ -200,7 +204,8 @@ DocumentScreen::DocumentScreen(DeskApp& app)
     party_.OnValidate = [this](bool& cancel) { CheckParty(cancel); };
     party_.OnLookup = [this] {
         app_.Guard([&] {
-            if (auto chosen = ChooseByName(app_, kAccounts, "Party"))
+            if (auto chosen = ChooseByName(app_, kAccounts, "Party", party_.Text(),
+                                           CurrentSeries().partyGroups))
                 PartyChosen(chosen->code, chosen->name);
         });
     };
@@ -384,7 +389,8 @@ void DocumentScreen::BuildItemGrid() {
          .format = {},
          .editable = false,
          .role = ColumnRole::Text,
-         .field = {}});
+         .field = {},
+         .groups = {}});
     document_.Raise([](DocumentEvents& l) { l.MakeGridColumnsBegin(); });
     for (const SeriesColumn& column : columns) {
         const int col = add(column);
@@ -764,6 +770,10 @@ std::string DocumentScreen::Accept(CheckedCell& cell) {
             if (!found)
                 return "There is no " + std::string(lookup.noun) + " named " + text +
                        ". Press F2 to choose one.";
+            if (!item)
+                if (auto refusal = OutsideGroups(Db(), found->code, column.groups, column.caption);
+                    !refusal.empty())
+                    return refusal;
             cell.code = found->code;
             text = found->name;
         }
@@ -915,16 +925,18 @@ void DocumentScreen::CheckParty(bool& cancel) {
         document_.SetParty(0);
         return;
     }
-    bool found = false;
+    std::string refusal;
     if (!app_.Guard([&] {
-            if (auto party = FindByName(Db(), kAccounts, text)) {
-                found = true;
+            const auto party = FindByName(Db(), kAccounts, text);
+            refusal = party ? OutsideGroups(Db(), party->code, CurrentSeries().partyGroups,
+                                            party_.Caption())
+                            : "There is no account named " + text + ". Press F2 to choose one.";
+            if (refusal.empty())
                 PartyChosen(party->code, party->name);
-            }
         }))
         cancel = true;
-    else if (!found) {
-        Warn("There is no account named " + text + ". Press F2 to choose one.");
+    else if (!refusal.empty()) {
+        Warn(refusal);
         cancel = true;
     }
 }
@@ -988,13 +1000,16 @@ void DocumentScreen::LookupBox(std::size_t index) {
     std::array<Value, 3> args{box.field.empty() ? Value(0)
                                                 : document_.MainFields().GetValue(box.field),
                               boxPool_[index]->Text(), false};
-    const bool offered = AskModules(app_, box.lookup, args, [&](const Value& chosen) {
-        if (!chosen.AsBool())
-            return;
-        boxChoices_[index] = args[1].AsText();
-        boxPool_[index]->SetText(args[1].AsText());
-        if (!box.field.empty())
-            document_.MainFields().SetValue(box.field, args[0].AsInt());
+    bool offered = false;
+    app_.LookUpFrom(boxPool_[index]->Text(), [&] {
+        offered = AskModules(app_, box.lookup, args, [&](const Value& chosen) {
+            if (!chosen.AsBool())
+                return;
+            boxChoices_[index] = args[1].AsText();
+            boxPool_[index]->SetText(args[1].AsText());
+            if (!box.field.empty())
+                document_.MainFields().SetValue(box.field, args[0].AsInt());
+        });
     });
     if (!offered)
         Warn("No module offers " + box.lookup + ".");
@@ -1004,11 +1019,14 @@ void DocumentScreen::LookupBox(std::size_t index) {
 void DocumentScreen::LookupCell() {
     if (grid_.Row() < 1 || grid_.Row() >= grid_.Rows())
         return;
-    const ColumnRole role = ColumnAt(grid_.Col()).role;
-    if (role != ColumnRole::Item && role != ColumnRole::Party)
+    const SeriesColumn& column = ColumnAt(grid_.Col());
+    if (column.role != ColumnRole::Item && column.role != ColumnRole::Party)
         return;
-    const bool item = role == ColumnRole::Item;
-    if (auto chosen = ChooseByName(app_, item ? kItems : kAccounts, item ? "Items" : "Parties")) {
+    const bool item = column.role == ColumnRole::Item;
+    const std::string typed =
+        grid_.Editing().value_or(grid_.TextMatrix(grid_.Row(), grid_.Col()));
+    if (auto chosen = ChooseByName(app_, item ? kItems : kAccounts, item ? "Items" : column.caption,
+                                   typed, column.groups)) {
         grid_.Type(chosen->name);
         grid_.Commit();
     }

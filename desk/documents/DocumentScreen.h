@@ -153,6 +153,10 @@ private:
     std::string ContentSnapshot() const;
     bool LeaveDocument();
     std::string Refusal(std::int32_t number);
+    // What the series asks of a document (DocumentRules.cpp): the boxes it requires filled, the
+    // party and the lines' parties from its account groups. The refusal, with the cursor put
+    // where it is to be mended; empty when the document passes.
+    std::string SeriesRefusal();
     bool Save(bool cancelled);
     Content TakeContent();
     void PutBack(const Content& content);

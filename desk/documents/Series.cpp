@@ -61,6 +61,7 @@ SeriesColumn ColumnOf(const Recordset& row) {
     column.editable = row.Field("EDITABLE").AsBool();
     column.field = Trim(row.Field("FIELD").AsText());
     column.figures = FigureRangeOf(row.Field("FIGURES").AsText());
+    column.groups = ParseGroups(row.Field("GROUPS").AsText());
     if (const StandardColumn* standard = FindStandardColumn(column.key)) {
         column.role = standard->role;
         column.field = std::string(standard->field);
@@ -79,7 +80,8 @@ SeriesBox BoxOf(const Recordset& row) {
             .numeric = row.Field("NUMERIC").AsBool(),
             .visible = row.Field("VISIBLE").AsBool(),
             .lookup = Trim(row.Field("LOOKUP").AsText()),
-            .lookupText = Trim(row.Field("LOOKUPTEXT").AsText())};
+            .lookupText = Trim(row.Field("LOOKUPTEXT").AsText()),
+            .required = row.Field("REQUIRED").AsBool()};
 }
 
 SeriesCharge ChargeOf(const Recordset& row) {
@@ -190,7 +192,8 @@ SeriesColumn HiddenPartyCodeColumn() {
             .format = {},
             .editable = false,
             .role = ColumnRole::PartyCode,
-            .field = "CUSTOMERID"};
+            .field = "CUSTOMERID",
+            .groups = {}};
 }
 
 PropertyBag BlankLine(const Series& series) {
@@ -211,7 +214,8 @@ SeriesColumn HiddenItemCodeColumn() {
             .format = {},
             .editable = false,
             .role = ColumnRole::ItemCode,
-            .field = "PRODUCTID"};
+            .field = "PRODUCTID",
+            .groups = {}};
 }
 
 Series LoadSeries(CompanyDb& db, std::int32_t seriesId) {
@@ -231,6 +235,7 @@ Series LoadSeries(CompanyDb& db, std::int32_t seriesId) {
     series.narration = config->Field("NARRATION").AsText();
     series.trnType = config->Field("TRNTYPE").AsText();
     series.book = config->Field("BOOK").AsText();
+    series.partyGroups = ParseGroups(config->Field("PARTYGROUPS").AsText());
     series.info = InfoOf(*config);
     config->Close();
 

@@ -3,6 +3,8 @@
 // (DOCCOLUMNS), the header's own boxes (DOCBOXES) and the charges (DOCCHARGES). The entry
 // screen is built from it; nothing about a series is in code.
 
+#include "AccountGroups.h"
+
 #include "host/Amount.h"
 #include "host/CompanyDb.h"
 #include "host/PropertyBag.h"
@@ -40,6 +42,7 @@ struct SeriesColumn {
     ColumnRole role = ColumnRole::Text;
     std::string field; // the DOCDATA column the cell is saved in; empty: not saved
     FigureRange figures = FigureRange::NotNegative;
+    AccountGroups groups; // a party column: the groups its accounts come from; empty: any
 };
 
 // DOCCOLUMNS.FIGURES: "positive", "signed", or empty for 0 or more; anything else throws.
@@ -55,6 +58,7 @@ struct SeriesBox {
     bool visible = true;
     std::string lookup;     // a module's operation that chooses the box's record
     std::string lookupText; // a module's operation that names a saved record
+    bool required = false;  // a document is not saved with the box empty
 };
 
 enum class ChargeBasis { PerBag, Percent, Fixed };
@@ -80,6 +84,7 @@ struct Series {
     std::string narration;  // the voucher's narration template
     std::string trnType;
     std::string book;
+    AccountGroups partyGroups; // the groups the document's party comes from; empty: any
     // The DOCCONFIG record under the names a document extension reads ("SeriesID",
     // "SubSeriesName", "DocVoucherFactor", ...).
     PropertyBag info;

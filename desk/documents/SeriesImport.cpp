@@ -1,6 +1,9 @@
 #include "SeriesImport.h"
 
 #include "Series.h"
+#include "AccountGroups.h"
+
+#include "host/Text.h"
 
 #include <stdexcept>
 
@@ -24,6 +27,20 @@ std::int32_t HeadCode(CompanyDb& db, const std::string& head) {
     auto code = db.LookupValue("FAMASTER", "MCD", "MHD=" + SqlQuote(head)).AsInt();
     if (code == 0) throw std::runtime_error("there is no account \"" + head + "\"");
     return code;
+}
+
+// Account groups by name, as the file gives them, kept by number.
+std::string Groups(CompanyDb& db, const nlohmann::ordered_json& object, const char* key) {
+    AccountGroups groups;
+    for (const auto& name : object.value(key, nlohmann::ordered_json::array())) {
+        const auto text = name.get<std::string>();
+        const auto group =
+            db.LookupValue("FAGROUPS", "GROUPNO", "UPPER(GROUPNAME)=" + SqlQuote(UpperCase(text)))
+                .AsInt();
+        if (group == 0) throw std::runtime_error("there is no account group \"" + text + "\"");
+        groups.push_back(group);
+    }
+    return StoredGroups(groups);
 }
 
 // The charge basis as the file writes it: "bag", "percent" or "fixed".
@@ -64,6 +81,7 @@ void WriteSeries(CompanyDb& db, const nlohmann::ordered_json& series) {
     config->SetField("NARRATION", Text(series, "narration"));
     config->SetField("TRNTYPE", Text(series, "trnType", code));
     config->SetField("BOOK", Text(series, "book", code));
+    config->SetField("PARTYGROUPS", Groups(db, series, "partyGroups"));
     config->Update();
 
     const auto where = " WHERE SERIESID=" + std::to_string(id);
@@ -84,6 +102,7 @@ void WriteSeries(CompanyDb& db, const nlohmann::ordered_json& series) {
         const std::string figures = Text(column, "figures");
         FigureRangeOf(figures); // refuses what is not a range
         rows->SetField("FIGURES", figures);
+        rows->SetField("GROUPS", Groups(db, column, "groups"));
         rows->Update();
     }
     position = 0;
@@ -99,6 +118,7 @@ void WriteSeries(CompanyDb& db, const nlohmann::ordered_json& series) {
         rows->SetField("VISIBLE", Flag(box, "visible", true) ? 1 : 0);
         rows->SetField("LOOKUP", Text(box, "lookup"));
         rows->SetField("LOOKUPTEXT", Text(box, "lookupText"));
+        rows->SetField("REQUIRED", Flag(box, "required", false) ? 1 : 0);
         rows->Update();
     }
     position = 0;

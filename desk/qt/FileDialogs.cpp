@@ -16,9 +16,11 @@ public:
         return QFileIconProvider::icon(info.isDir() ? Folder : File);
     }
     QString type(const QFileInfo& info) const override {
-        if (info.isDir()) return QStringLiteral("Folder");
+        if (info.isDir())
+            return QStringLiteral("Folder");
         const QString suffix = info.suffix();
-        return suffix.isEmpty() ? QStringLiteral("File") : suffix.toUpper() + QStringLiteral(" File");
+        return suffix.isEmpty() ? QStringLiteral("File")
+                                : suffix.toUpper() + QStringLiteral(" File");
     }
 };
 
@@ -30,8 +32,10 @@ NameOnlyIcons& Icons() {
 } // namespace
 
 void ListFilesByName(QWidget& dialog) {
-    if (auto* files = qobject_cast<QFileDialog*>(&dialog)) files->setIconProvider(&Icons());
-    for (auto* model : dialog.findChildren<QFileSystemModel*>()) model->setIconProvider(&Icons());
+    if (auto* files = qobject_cast<QFileDialog*>(&dialog))
+        files->setIconProvider(&Icons());
+    for (auto* model : dialog.findChildren<QFileSystemModel*>())
+        model->setIconProvider(&Icons());
 }
 
 QString AskFileName(QWidget* parent, const FileQuestion& question) {
@@ -42,7 +46,8 @@ QString AskFileName(QWidget* parent, const FileQuestion& question) {
     const bool save = question.kind == FileQuestion::Kind::Save;
     dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return {};
     return dialog.selectedFiles().front();
 }
 

@@ -1,6 +1,7 @@
 #include "ScreenWidget.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -37,6 +38,26 @@ std::optional<ui::KeyPress> ScreenKey(const QKeyEvent& event) {
     press.alt = modifiers.testFlag(Qt::AltModifier);
     return press;
 }
+
+namespace {
+
+// A printable character or Backspace, as the model takes them.
+std::optional<ui::KeyPress> TypedKey(const QKeyEvent& event) {
+    const Qt::KeyboardModifiers modifiers = event.modifiers();
+    ui::KeyPress press{.key = ui::Key::Backspace,
+                       .character = 0,
+                       .shift = modifiers.testFlag(Qt::ShiftModifier),
+                       .ctrl = modifiers.testFlag(Qt::ControlModifier),
+                       .alt = modifiers.testFlag(Qt::AltModifier)};
+    if (event.key() == Qt::Key_Backspace) return press;
+    const QString text = event.text();
+    if (text.size() != 1 || !text.at(0).isPrint()) return std::nullopt;
+    press.key = ui::Key::Character;
+    press.character = text.at(0).unicode();
+    return press;
+}
+
+} // namespace
 
 ScreenWidget::ScreenWidget(ui::Screen& screen, QWidget* parent)
     : QWidget(parent), screen_(screen) {
@@ -224,23 +245,16 @@ bool ScreenWidget::eventFilter(QObject* watched, QEvent* event) {
             else if (reason != Qt::MouseFocusReason)
                 QTimer::singleShot(0, edit, [edit] { edit->selectAll(); });
         }
-    // A letter or digit typed on a button (a menu cube's, say) is the screen's to act on;
-    // in a box or a cell it is typing.
-    if (event->type() == QEvent::KeyPress && qobject_cast<QAbstractButton*>(watched)) {
-        const auto& key = static_cast<const QKeyEvent&>(*event);
-        const QString text = key.text();
-        if (text.size() == 1 && text.at(0).isPrint()) {
-            const Qt::KeyboardModifiers modifiers = key.modifiers();
-            const ui::KeyPress press{.key = ui::Key::Character,
-                                     .character = text.at(0).unicode(),
-                                     .shift = modifiers.testFlag(Qt::ShiftModifier),
-                                     .ctrl = modifiers.testFlag(Qt::ControlModifier),
-                                     .alt = modifiers.testFlag(Qt::AltModifier)};
+    // A letter or digit typed on a button (a menu cube's number, say) or on a list (its
+    // type-ahead), and Backspace there, are the screen's to act on; in a box or a cell's editor
+    // they are typing. What the screen leaves alone goes on to the widget (a cell opens to it).
+    if (event->type() == QEvent::KeyPress &&
+        (qobject_cast<QAbstractButton*>(watched) || qobject_cast<QAbstractItemView*>(watched)))
+        if (const auto press = TypedKey(static_cast<const QKeyEvent&>(*event))) {
             bool used = false;
-            Command([&] { used = screen_.KeyDown(press); });
+            Command([&] { used = screen_.KeyDown(*press); });
             if (used) return true;
         }
-    }
     if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
         const auto& key = static_cast<const QKeyEvent&>(*event);
         if (ScreenKey(key)) {

@@ -11,7 +11,7 @@
 namespace qx::ui {
 
 enum class Key {
-    None, Enter, Tab, Escape, Delete, Up, Down, Left, Right, PageUp, PageDown,
+    None, Enter, Tab, Escape, Delete, Backspace, Up, Down, Left, Right, PageUp, PageDown,
     F1, F2, F3, F4, F5, F6, F7, F8, F9, F10, F11, F12, Character
 };
 

@@ -378,4 +378,22 @@ TEST(Qx, EnterLogsEachSavedDocumentBeforeGoingOn) {
     EXPECT_LE(saved(), logged + 1) << written;
 }
 
+// The demo firm works in several mandis: a J-Form that names no market is refused, saying why.
+TEST(Qx, EnterRefusesAJFormWithoutItsMarket) {
+    test::TempFolder folder;
+    auto path = (folder.Path() / "demo.kdb").string();
+    ASSERT_EQ(Qx({"demo", path}).status, 0);
+    auto file = folder.Path() / "no-market.json";
+    std::ofstream(file) << R"({"documents": [{"series": "JF", "date": "07/11/2024",
+        "party": "HARJINDER KAUR", "boxes": {"FORM_BOOK_NO": "12", "FORM_NO": "150"},
+        "lines": [{"PRODUCT_ID": "PADDY", "CUSTOMER_ID": "SELF", "QTY_PER_BOX": "50",
+                   "QUANTITY": "10.40", "REV_BAGS2": "21", "RATE": "2320"}]}]})";
+    auto refused = Qx({"enter", path, file.string()});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_NE(refused.out.find("[W] Choose the Market (F2): the document is not saved without it."),
+              std::string::npos)
+        << refused.out;
+    EXPECT_EQ(Qx({"sql", path, "SELECT COUNT(*) FROM DOCMAIN WHERE FORMNO=150"}).out, "COUNT(*)\n0\n");
+}
+
 } // namespace

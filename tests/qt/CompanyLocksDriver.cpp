@@ -100,10 +100,12 @@ void SavePdfInTheFolder(QWidget& parent, const QString& folder, const PrintJob& 
     preview.show();
     QPushButton* save = nullptr;
     for (auto* button : preview.findChildren<QPushButton*>())
-        if (button->text() == "Save PDF...") save = button;
+        if (button->text() == "Save PDF...")
+            save = button;
     test::WhenOpens<QFileDialog>(
         [folder](QFileDialog& dialog) { BrowseTheFolder(dialog, folder, "saved.pdf"); });
-    if (save) save->click();
+    if (save)
+        save->click();
     preview.accept();
 }
 
@@ -111,7 +113,8 @@ void SavePdfInTheFolder(QWidget& parent, const QString& folder, const PrintJob& 
 bool SaveJForm(desk::DeskApp& app) {
     app.ClickMenu("JForms");
     auto* screen = dynamic_cast<desk::DocumentScreen*>(app.OpenScreens().back().get());
-    if (!screen) return false;
+    if (!screen)
+        return false;
     using test::Box;
     using test::TypeBox;
     if (!TypeBox(*screen, screen->TxpDocDate(), "07/11/2024") ||
@@ -121,15 +124,20 @@ bool SaveJForm(desk::DeskApp& app) {
         return false;
     test::WhenModalOpens([](QWidget& list) {
         auto* table = list.findChild<QTableWidget*>("List");
-        if (!table) return list.close(), void();
+        if (!table)
+            return list.close(), void();
         QTest::keyClicks(table, "KHANNA");
         QTest::keyClick(table, Qt::Key_Return);
     });
     screen->Focus(Box(*screen, "MARKET"));
     screen->KeyDown({.key = ui::Key::F2});
     if (!test::TypeLine(*screen, 1,
-                        {{"PRODUCT_ID", "PADDY"}, {"CUSTOMER_ID", "SELF"}, {"QTY_PER_BOX", "50"},
-                         {"QUANTITY", "10.40"}, {"REV_BAGS2", "21"}, {"RATE", "2320"}}))
+                        {{"PRODUCT_ID", "PADDY"},
+                         {"CUSTOMER_ID", "SELF"},
+                         {"QTY_PER_BOX", "50"},
+                         {"QUANTITY", "10.40"},
+                         {"REV_BAGS2", "21"},
+                         {"RATE", "2320"}}))
         return false;
     // A message the save shows is written out and answered, so that the test is not kept
     // waiting on it.
@@ -169,5 +177,6 @@ int main(int argc, char* argv[]) {
     std::string line;
     std::getline(std::cin, line);
     std::cout << (SaveJForm(app) ? "saved" : "not saved") << std::endl;
-    for (;;) pause();
+    for (;;)
+        pause();
 }

@@ -29,7 +29,8 @@ class DeskProcess {
 public:
     explicit DeskProcess(const std::filesystem::path& company) {
         int toDesk[2], fromDesk[2];
-        if (pipe(toDesk) != 0 || pipe(fromDesk) != 0) return;
+        if (pipe(toDesk) != 0 || pipe(fromDesk) != 0)
+            return;
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_adddup2(&actions, toDesk[0], STDIN_FILENO);
@@ -37,8 +38,10 @@ public:
         for (int fd : {toDesk[0], toDesk[1], fromDesk[0], fromDesk[1]})
             posix_spawn_file_actions_addclose(&actions, fd);
         const std::string program = QX_LOCKS_DRIVER, file = company.string();
-        char* argv[] = {const_cast<char*>(program.c_str()), const_cast<char*>(file.c_str()), nullptr};
-        if (posix_spawn(&pid_, program.c_str(), &actions, nullptr, argv, environ) != 0) pid_ = 0;
+        char* argv[] = {const_cast<char*>(program.c_str()), const_cast<char*>(file.c_str()),
+                        nullptr};
+        if (posix_spawn(&pid_, program.c_str(), &actions, nullptr, argv, environ) != 0)
+            pid_ = 0;
         posix_spawn_file_actions_destroy(&actions);
         close(toDesk[0]);
         close(fromDesk[1]);
@@ -58,10 +61,12 @@ public:
             const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
                 until - std::chrono::steady_clock::now());
             pollfd ready{out_, POLLIN, 0};
-            if (left.count() <= 0 || poll(&ready, 1, static_cast<int>(left.count())) <= 0) return {};
+            if (left.count() <= 0 || poll(&ready, 1, static_cast<int>(left.count())) <= 0)
+                return {};
             char chunk[256];
             const ssize_t got = read(out_, chunk, sizeof chunk);
-            if (got <= 0) return {};
+            if (got <= 0)
+                return {};
             buffer_.append(chunk, static_cast<std::size_t>(got));
         }
         const auto end = buffer_.find('\n');
@@ -75,7 +80,8 @@ public:
     }
     // As a power cut or the task manager would: nothing of the desk's own runs.
     void Kill() {
-        if (pid_ <= 0) return;
+        if (pid_ <= 0)
+            return;
         kill(pid_, SIGKILL);
         waitpid(pid_, nullptr, 0);
         pid_ = 0;

@@ -7,6 +7,7 @@
 #include "desk/qt/PrintRenderer.h"
 #include "desk/qt/QtFrontend.h"
 #include "desk/qt/ScreenWidget.h"
+#include "host/HostSelectDialog.h"
 #include "desk/cli/Commands.h"
 #include "desk/documents/DocumentScreen.h"
 #include "desk/documents/HostDocuments.h"
@@ -188,6 +189,33 @@ TEST_F(QtDesk, MessagesShowTheBoxOfTheirStyleAndReturnTheAnswer) {
     EXPECT_EQ(frontend.Message("Maximum 5 characters allowed in Series.", "", "E"), 1);
     EXPECT_EQ(seen.icon, QMessageBox::Critical);
     EXPECT_EQ(seen.buttons, QMessageBox::Ok);
+}
+
+// The list dialog at the keyboard: letters typed move to the first entry that starts with
+// them, and when none does nothing is chosen; a list opened on a box's text starts at it.
+TEST_F(QtDesk, TypingInAListFindsTheEntryOrNothing) {
+    auto choose = [&](const std::string& start, const QString& keys, int backspaces = 0) {
+        auto list = app.CreateSelectDialog();
+        std::int64_t id = 0;
+        for (const char* market : {"DORAHA", "JAGRAON", "KHANNA", "SAMRALA"})
+            list->AddItem(market, ++id);
+        list->SetStartText(start);
+        test::WhenModalOpens([keys, backspaces](QWidget& dialog) {
+            auto* table = dialog.findChild<QTableWidget*>("List");
+            if (!table) return dialog.close(), void();
+            QTest::keyClicks(table, keys);
+            for (int i = 0; i < backspaces; ++i) QTest::keyClick(table, Qt::Key_Backspace);
+            QTest::keyClick(table, Qt::Key_Return);
+            if (dialog.isVisible()) QTest::keyClick(table, Qt::Key_Escape);
+        });
+        return list->Show() ? list->SelectedText() : std::string("(none)");
+    };
+    EXPECT_EQ(choose("", "K"), "KHANNA");
+    EXPECT_EQ(choose("", "sa"), "SAMRALA");
+    EXPECT_EQ(choose("", "KZ"), "(none)") << "nothing starts with KZ: Enter chooses nothing";
+    EXPECT_EQ(choose("", "KZ", 1), "KHANNA");
+    EXPECT_EQ(choose("ja", ""), "JAGRAON");
+    EXPECT_EQ(choose("X", ""), "(none)");
 }
 
 TEST_F(QtDesk, ModalScreenRunsUntilItClosesItself) {
