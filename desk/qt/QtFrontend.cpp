@@ -133,7 +133,7 @@ public:
     KeyboardComesBack() : window_(QApplication::activeWindow()), widget_(QApplication::focusWidget()) {}
     ~KeyboardComesBack() {
         if (window_) window_->activateWindow();
-        if (widget_) widget_->setFocus(Qt::OtherFocusReason);
+        if (widget_) widget_->setFocus(Qt::ActiveWindowFocusReason); // as it was, not re-entered
     }
     KeyboardComesBack(const KeyboardComesBack&) = delete;
     KeyboardComesBack& operator=(const KeyboardComesBack&) = delete;

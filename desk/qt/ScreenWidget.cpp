@@ -236,13 +236,13 @@ bool ScreenWidget::eventFilter(QObject* watched, QEvent* event) {
     // A box the keyboard or the program brings the focus to going forward has its text
     // selected, so that typing replaces it (the date a new document proposes, say). Going back
     // (Shift+Tab) the box keeps its text with the cursor at its end, so that nothing typed
-    // replaces it unseen; a click places the cursor.
+    // replaces it unseen. Coming back to it (a message closed) or a click leaves it as it was.
     if (event->type() == QEvent::FocusIn)
         if (auto* edit = qobject_cast<QLineEdit*>(watched)) {
             const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
             if (reason == Qt::BacktabFocusReason)
                 QTimer::singleShot(0, edit, [edit] { edit->end(false); });
-            else if (reason != Qt::MouseFocusReason)
+            else if (reason == Qt::TabFocusReason || reason == Qt::OtherFocusReason)
                 QTimer::singleShot(0, edit, [edit] { edit->selectAll(); });
         }
     // A letter or digit typed on a button (a menu cube's number, say) or on a list (its

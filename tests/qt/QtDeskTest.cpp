@@ -449,6 +449,12 @@ TEST_F(QtDesk, AJFormTypedAtTheKeyboard) {
     EXPECT_EQ(box->cursorPosition(), 3);
     QTest::keyClick(box, Qt::Key_5);
     EXPECT_EQ(formNo.Text(), "1015");
+    // The save question cancelled (Esc) gives the keyboard back to the box as it was.
+    test::WhenModalOpens([](QWidget& question) { QTest::keyClick(&question, Qt::Key_Escape); });
+    EXPECT_FALSE(app.CloseScreen(*screen));
+    QTest::qWait(50);
+    EXPECT_EQ(QApplication::focusWidget(), box);
+    EXPECT_FALSE(box->hasSelectedText());
     screen->NewDocument();
     app.CloseCompany();
 }
