@@ -543,6 +543,7 @@ void TableMaster::Lookup() {
     const LookupTarget& target = field->column->lookup;
     auto list = app_.CreateSelectDialog();
     list->SetCaption(field->column->caption);
+    list->SetStartText(grid_.Editing().value_or(grid_.TextMatrix(grid_.Row(), grid_.Col())));
     list->FillFromQuery(Db(),
                         "SELECT " + target.codeField + ", " + target.nameField + " FROM " +
                             target.table + " ORDER BY " + target.nameField,

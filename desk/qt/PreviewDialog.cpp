@@ -82,9 +82,10 @@ int PreviewDialog::PageCount() const { return preview_->pageCount(); }
 
 void PreviewDialog::SavePdf() {
     const QString suggested = QString::fromStdString(job_.title.empty() ? "report" : job_.title);
-    const QString path =
-        AskFileName(this, {FileQuestion::Kind::Save, QStringLiteral("Save PDF"),
-                           suggested + QStringLiteral(".pdf"), QStringLiteral("PDF files (*.pdf)")});
+    const FileQuestion question{FileQuestion::Kind::Save, QStringLiteral("Save PDF"),
+                                suggested + QStringLiteral(".pdf"),
+                                QStringLiteral("PDF files (*.pdf)")};
+    const QString path = AskFileName(this, question);
     if (path.isEmpty()) return;
     try {
         print::WritePdf(job_, path.toStdString());

@@ -393,7 +393,8 @@ TEST(Qx, EnterRefusesAJFormWithoutItsMarket) {
     EXPECT_NE(refused.out.find("[W] Choose the Market (F2): the document is not saved without it."),
               std::string::npos)
         << refused.out;
-    EXPECT_EQ(Qx({"sql", path, "SELECT COUNT(*) FROM DOCMAIN WHERE FORMNO=150"}).out, "COUNT(*)\n0\n");
+    EXPECT_EQ(Qx({"sql", path, "SELECT COUNT(*) FROM DOCMAIN WHERE FORMNO=150"}).out,
+              "COUNT(*)\n0\n");
 }
 
 } // namespace

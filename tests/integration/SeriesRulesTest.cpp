@@ -27,8 +27,10 @@ constexpr const char* kJForms = R"json({"series": [{
                 {"key": "AMOUNT", "caption": "Amount"}],
     "boxes": [{"name": "MARKET", "caption": "Mandi", "field": "MarketID", "lookup": "SelectMarket",
                "lookupText": "GetMarketName", "required": true},
-              {"name": "FORM_BOOK_NO", "caption": "Book No.", "field": "FormBookNo", "numeric": true},
-              {"name": "FORM_NO", "caption": "Form No.", "field": "FormNo", "numeric": true}]}]})json";
+              {"name": "FORM_BOOK_NO", "caption": "Book No.", "field": "FormBookNo",
+               "numeric": true},
+              {"name": "FORM_NO", "caption": "Form No.", "field": "FormNo",
+               "numeric": true}]}]})json";
 
 class SeriesRulesTest : public test::MandiCompany {
 protected:
@@ -80,7 +82,8 @@ TEST_F(SeriesRulesTest, PartiesAndBuyersAreAccountsOfTheSeriesGroups) {
     ChooseMarket(screen, "KHANNA");
     ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_BOOK_NO"), "7"));
     ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_NO"), "12"));
-    ASSERT_TRUE(TypeLine(screen, 1, {{"QTY_PER_BOX", "50"}, {"QUANTITY", "10.50"}, {"RATE", "2125"}}));
+    ASSERT_TRUE(
+        TypeLine(screen, 1, {{"QTY_PER_BOX", "50"}, {"QUANTITY", "10.50"}, {"RATE", "2125"}}));
     frontend.ClearTranscript();
     ASSERT_TRUE(Press(screen, ui::Key::F10));
     EXPECT_TRUE(Messages().empty()) << Messages().front();
