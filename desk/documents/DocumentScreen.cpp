@@ -138,6 +138,16 @@ bool AskModules(DeskApp& app, const std::string& operation, std::span<Value> arg
     return false;
 }
 
+// A column of the host's own in the item grid (the serial number, a hidden mark): no series
+// made it, and nobody types into it.
+SeriesColumn HostColumn(std::string caption, int width) {
+    SeriesColumn column;
+    column.caption = std::move(caption);
+    column.width = width;
+    column.editable = false;
+    return column;
+}
+
 // The charges grid: the columns extensions address (rate, key, head code) at their numbers, the
 // bookkeeping ones hidden; the user types rates only.
 void BuildChargeColumns(ui::Grid& charges) {
@@ -383,14 +393,7 @@ void DocumentScreen::BuildItemGrid() {
         gridColumns_.push_back(column);
         return col;
     };
-    add({.key = {},
-         .caption = "S.No.",
-         .width = 500,
-         .format = {},
-         .editable = false,
-         .role = ColumnRole::Text,
-         .field = {},
-         .groups = {}});
+    add(HostColumn("S.No.", 500));
     document_.Raise([](DocumentEvents& l) { l.MakeGridColumnsBegin(); });
     for (const SeriesColumn& column : columns) {
         const int col = add(column);
@@ -401,13 +404,7 @@ void DocumentScreen::BuildItemGrid() {
         members_.try_emplace("COL_" + column.key, col);
         document_.Raise([&](DocumentEvents& l) { l.MakeGridColumns(col, column.key); });
     }
-    unworkedCol_ = add({.key = {},
-                        .caption = {},
-                        .width = 0,
-                        .format = {},
-                        .editable = false,
-                        .role = ColumnRole::Text,
-                        .field = {}});
+    unworkedCol_ = add(HostColumn({}, 0));
     grid_.SetRows(2);
     grid_.SetRedraw(true);
     document_.Raise([](DocumentEvents& l) { l.MakeGridColumnsEnd(); });
