@@ -17,7 +17,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QRegularExpressionValidator>
+#include <QValidator>
 #include <QSignalBlocker>
 #include <QToolButton>
 
@@ -42,6 +42,16 @@ void ControlView::Refresh() {
 }
 
 namespace {
+
+// A numeric box refuses a keystroke that would leave it holding what is not a number being
+// typed: the same rule as the model's.
+class NumberValidator : public QValidator {
+public:
+    using QValidator::QValidator;
+    State validate(QString& input, int& /*position*/) const override {
+        return ui::IsNumberBeingTyped(input.toStdString()) ? Acceptable : Invalid;
+    }
+};
 
 class LabelView : public ControlView {
 public:
@@ -133,8 +143,7 @@ protected:
         }
         edit_->setMaxLength(box_.MaxLength > 0 ? box_.MaxLength : 32767);
         if (box_.NumericOnly && !edit_->validator())
-            edit_->setValidator(new QRegularExpressionValidator(
-                QRegularExpression(QStringLiteral("[0-9.\\-]*")), edit_));
+            edit_->setValidator(new NumberValidator(edit_));
         else if (!box_.NumericOnly && edit_->validator())
             edit_->setValidator(nullptr);
         lookup_->setVisible(static_cast<bool>(box_.OnLookup));

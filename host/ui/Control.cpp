@@ -8,14 +8,6 @@
 namespace qx::ui {
 namespace {
 
-// A numeric box takes what an amount or a quantity is typed with: digits, the decimal
-// point and a minus sign.
-bool IsNumericText(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) {
-        return (c >= '0' && c <= '9') || c == '.' || c == '-';
-    });
-}
-
 // MaxLength counts characters, not bytes: a Gurmukhi or Devanagari name must not be cut in
 // the middle of a letter.
 std::string_view FirstCharacters(std::string_view text, int count) {
@@ -28,6 +20,16 @@ std::string_view FirstCharacters(std::string_view text, int count) {
 }
 
 } // namespace
+
+bool IsNumberBeingTyped(std::string_view text) {
+    if (text.starts_with('-')) text.remove_prefix(1);
+    const std::size_t point = text.find('.');
+    auto digits = [](std::string_view part) {
+        return std::all_of(part.begin(), part.end(), [](char c) { return c >= '0' && c <= '9'; });
+    };
+    if (point == std::string_view::npos) return digits(text);
+    return digits(text.substr(0, point)) && digits(text.substr(point + 1));
+}
 
 void Control::SetCaption(std::string caption) {
     if (caption == caption_) return;
@@ -84,7 +86,7 @@ void TextBox::SetText(std::string text) {
 }
 
 bool TextBox::Type(std::string_view text) {
-    if (NumericOnly && !IsNumericText(text)) return false;
+    if (NumericOnly && !IsNumberBeingTyped(text)) return false;
     if (MaxLength > 0) text = FirstCharacters(text, MaxLength);
     SetText(std::string(text));
     return true;

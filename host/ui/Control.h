@@ -79,6 +79,11 @@ public:
     bool Heading = false; // shown larger, as a title
 };
 
+// Whether a numeric box can hold the text as the user types it: a plain number or the start
+// of one ("", "-", "12.", "-0.5"): a minus sign only first, digits, at most one point. So
+// "1.2.3" never stands in a box to be read later as 1.2.
+bool IsNumberBeingTyped(std::string_view text);
+
 class TextBox : public Control {
 public:
     explicit TextBox(std::string name, std::string caption = {});

@@ -357,6 +357,8 @@ TEST_F(EntryForm, TypingIntoBoxesRespectsTheirLimits) {
     EXPECT_EQ(party.Text(), "ਗੁਰ");
     party.NumericOnly = true;
     EXPECT_FALSE(party.Type("12a"));
+    EXPECT_FALSE(party.Type("1.2.3")); // it would be read later as 1.2
+    EXPECT_FALSE(party.Type("3-"));
     EXPECT_EQ(party.Text(), "ਗੁਰ");
 }
 
