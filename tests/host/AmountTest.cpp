@@ -10,50 +10,32 @@ namespace qx {
 namespace {
 
 Amount A(std::string_view text) {
-    const auto amount = Amount::Parse(text);
-    if (!amount) {
-        throw std::invalid_argument("test amount " + std::string(text));
-    }
-    return *amount;
+    return Amount::Parse(text).value();
 }
 
-TEST(Amount, RoundsHalfToEvenInBothDirections) {
+// Rounding, products and quotients all go half to even, on the value's own sign.
+TEST(Amount, RoundsMultipliesAndDividesHalfToEven) {
     EXPECT_EQ(A("0.125").Round(2), A("0.12"));
     EXPECT_EQ(A("0.135").Round(2), A("0.14"));
     EXPECT_EQ(A("-0.125").Round(2), A("-0.12"));
-    EXPECT_EQ(A("-0.135").Round(2), A("-0.14"));
     EXPECT_EQ(A("0.1251").Round(2), A("0.13")); // past the half: up, whatever the parity
-    EXPECT_EQ(A("0.1349").Round(2), A("0.13"));
-    EXPECT_EQ(A("2.5").Round(0), A("2"));
-    EXPECT_EQ(A("3.5").Round(0), A("4"));
     EXPECT_EQ(A("-2.5").Round(0), A("-2"));
-    EXPECT_EQ(A("1234.5678").Round(4), A("1234.5678"));
     EXPECT_EQ(A("1234.5678").Round(6), A("1234.5678"));
     EXPECT_EQ(RoundAmount(A("99.995"), 2), A("100"));
     EXPECT_THROW(A("1").Round(-1), std::invalid_argument);
-}
 
-TEST(Amount, MultiplicationRoundsTheEightDecimalProductHalfToEven) {
     EXPECT_EQ(A("0.0001") * A("0.5"), A("0"));
     EXPECT_EQ(A("0.0003") * A("0.5"), A("0.0002"));
     EXPECT_EQ(A("-0.0003") * A("0.5"), A("-0.0002"));
-    EXPECT_EQ(A("0.0003") * A("-0.5"), A("-0.0002"));
     EXPECT_EQ(A("0.0003") * A("0.6"), A("0.0002"));                // 0.00018
     EXPECT_EQ(A("25487.35") * A("2.5") / A("100"), A("637.1838")); // 637.18375
-    EXPECT_EQ(A("1000") * 3, A("3000"));
     // The intermediate product needs more than 64 bits: 10^13 x 0.18.
     EXPECT_EQ(Amount::FromInt(10'000'000'000'000) * A("0.18"), Amount::FromInt(1'800'000'000'000));
-}
 
-TEST(Amount, DivisionRoundsHalfToEvenAndRefusesZero) {
     EXPECT_EQ(A("10") / A("3"), A("3.3333"));
-    EXPECT_EQ(A("2") / A("3"), A("0.6667"));
-    EXPECT_EQ(A("-2") / A("3"), A("-0.6667"));
     EXPECT_EQ(A("2") / A("-3"), A("-0.6667"));
     EXPECT_EQ(A("0.0001") / A("2"), A("0"));
-    EXPECT_EQ(A("0.0003") / A("2"), A("0.0002"));
     EXPECT_EQ(A("-0.0003") / A("-2"), A("0.0002"));
-    EXPECT_EQ(A("1020") / A("100"), A("10.2"));
     EXPECT_THROW(A("1") / Amount(), std::domain_error);
 }
 
@@ -82,21 +64,10 @@ TEST(Amount, FromDoubleTakesTheDecimalTheDoubleStandsFor) {
     EXPECT_EQ(Amount::FromDouble(1234567.891), A("1234567.891"));
     EXPECT_EQ(Amount::FromDouble(1e-9), Amount());
     EXPECT_EQ(Amount::FromDouble(1e14), Amount::FromInt(100'000'000'000'000));
-    EXPECT_EQ(Amount::FromDouble(0), Amount());
     EXPECT_THROW(Amount::FromDouble(1e15), std::overflow_error);
     EXPECT_THROW(Amount::FromDouble(-1e300), std::overflow_error);
     EXPECT_THROW(Amount::FromDouble(std::numeric_limits<double>::infinity()), std::overflow_error);
     EXPECT_THROW(Amount::FromDouble(std::numeric_limits<double>::quiet_NaN()), std::domain_error);
-}
-
-TEST(Amount, PlainStringHasNoGroupingNorTrailingZeros) {
-    EXPECT_EQ(A("10").ToPlainString(), "10");
-    EXPECT_EQ(A("-0.6").ToPlainString(), "-0.6");
-    EXPECT_EQ(A("52.25").ToPlainString(), "52.25");
-    EXPECT_EQ(A("0.0001").ToPlainString(), "0.0001");
-    EXPECT_EQ(A("-0.0001").ToPlainString(), "-0.0001");
-    EXPECT_EQ(Amount().ToPlainString(), "0");
-    EXPECT_EQ(A("1234567.5").ToPlainString(), "1234567.5");
 }
 
 TEST(Amount, TypedNumbersAreGroupedTheIndianOrTheWesternWayOrNotAtAll) {
@@ -118,17 +89,9 @@ TEST(Amount, TypedNumbersAreGroupedTheIndianOrTheWesternWayOrNotAtAll) {
         EXPECT_FALSE(read.amount) << text;
         EXPECT_EQ(read.refusal, text + howToWrite);
     }
-    // Reading a cell leniently, a comma out of place ends the number.
-    EXPECT_EQ(TextToAmount("12,00"), A("12"));
-    EXPECT_EQ(TextToAmount("2,3,0,0"), A("2"));
-}
-
-TEST(Amount, ATypedTextThatIsNoAmountSaysWhy) {
     EXPECT_EQ(ReadTypedAmount("0.00001").refusal, "0.00001 has more than four decimals.");
-    EXPECT_EQ(ReadTypedAmount("1.23456").refusal, "1.23456 has more than four decimals.");
     EXPECT_EQ(ReadTypedAmount("99999999999999999999").refusal,
               "99999999999999999999 is too large a figure.");
-    EXPECT_FALSE(Amount::Parse("99999999999999999999"));
     EXPECT_FALSE(Amount::Parse(""));
     for (const char* text : {"-", ".", "abc", "12abc", " 12", "12 ", "1..2", "--1"}) {
         EXPECT_FALSE(Amount::Parse(text)) << text;
@@ -137,53 +100,40 @@ TEST(Amount, ATypedTextThatIsNoAmountSaysWhy) {
     EXPECT_TRUE(ReadTypedAmount("12.5").refusal.empty());
 }
 
+// Reading a cell leniently takes the leading number; a comma out of place ends it.
 TEST(Amount, TextToAmountReadsTheLeadingNumber) {
+    EXPECT_EQ(TextToAmount("12,00"), A("12"));
+    EXPECT_EQ(TextToAmount("2,3,0,0"), A("2"));
     EXPECT_EQ(TextToAmount("0012"), A("12"));
     EXPECT_EQ(TextToAmount("12 kg"), A("12"));
-    EXPECT_EQ(TextToAmount("abc"), Amount());
-    EXPECT_EQ(TextToAmount(""), Amount());
     EXPECT_EQ(TextToAmount("   "), Amount());
     EXPECT_EQ(TextToAmount("kg 12"), Amount());
-    EXPECT_EQ(TextToAmount("  -12,34,567.50"), A("-1234567.5"));
     EXPECT_EQ(TextToAmount("\t1,04,000.00 Dr"), A("104000"));
     EXPECT_EQ(TextToAmount("-.5"), A("-0.5"));
     EXPECT_EQ(TextToAmount("1.2.3"), A("1.2"));
-    EXPECT_EQ(TextToAmount("12,abc"), A("12"));
-    EXPECT_EQ(TextToAmount("12.345678"), A("12.3457"));
     EXPECT_EQ(TextToAmount("12.34565"), A("12.3456"));
     EXPECT_EQ(TextToAmount("12.34575"), A("12.3458"));
 }
 
-TEST(Amount, FormatGroupsTheIndianWay) {
+TEST(Amount, FormatGroupsTheIndianWayAndReadsBack) {
     EXPECT_EQ(FormatAmount(A("999"), "c2"), "999.00");
     EXPECT_EQ(FormatAmount(A("1234.5"), "c2"), "1,234.50");
     EXPECT_EQ(FormatAmount(A("123456"), "C2"), "1,23,456.00");
-    EXPECT_EQ(FormatAmount(A("1234567"), "n2"), "12,34,567.00");
     EXPECT_EQ(FormatAmount(A("12345678"), "N2"), "1,23,45,678.00");
-    EXPECT_EQ(FormatAmount(A("10000000"), "c2"), "1,00,00,000.00");
-    EXPECT_EQ(FormatAmount(A("100000000"), "c2"), "10,00,00,000.00");
     EXPECT_EQ(FormatAmount(Amount::FromInt(10'000'000'000'000), "c2"), "1,00,00,00,00,00,000.00");
-    EXPECT_EQ(FormatAmount(A("-1234.5"), "c2"), "-1,234.50");
     EXPECT_EQ(FormatAmount(A("-12345678.9"), "c2"), "-1,23,45,678.90");
-    EXPECT_EQ(FormatAmount(A("0.05"), "c2"), "0.05");
     EXPECT_EQ(FormatAmount(A("0.125"), "c2"), "0.12");
-    EXPECT_EQ(FormatAmount(A("0.135"), "c2"), "0.14");
     EXPECT_EQ(FormatAmount(A("-0.004"), "c2"), "0.00");
-}
-
-TEST(Amount, FormatWithoutDecimalsAndOtherFormats) {
     EXPECT_EQ(FormatAmount(A("1234567.5"), "c0"), "12,34,568");
-    EXPECT_EQ(FormatAmount(A("1234.5"), "C0"), "1,234");
     EXPECT_EQ(FormatAmount(A("-2.5"), "n0"), "-2");
-    EXPECT_EQ(FormatAmount(A("12"), "N0"), "12");
-    for (const char* format : {"", "0.00", "c3", "c", "x2", "c20"}) {
+    for (const char* format : {"", "0.00", "c3", "c", "x2", "c20"})
         EXPECT_EQ(FormatAmount(A("1234567.125"), format), "1234567.125") << format;
-    }
-}
+    EXPECT_EQ(A("1234567.5").ToPlainString(), "1234567.5");
+    EXPECT_EQ(A("10").ToPlainString(), "10");
+    EXPECT_EQ(A("-0.0001").ToPlainString(), "-0.0001");
+    EXPECT_EQ(Amount().ToPlainString(), "0");
 
-TEST(Amount, FormattedTextReadsBack) {
-    for (const char* text : {"0", "0.01", "-0.01", "999.99", "1000", "-1234.5", "104000",
-                             "-1234567.5", "99999999.99", "9999999999999.99"}) {
+    for (const char* text : {"0", "-0.01", "999.99", "1000", "-1234567.5", "9999999999999.99"}) {
         const Amount amount = A(text);
         EXPECT_EQ(TextToAmount(FormatAmount(amount, "c2")), amount) << text;
         EXPECT_EQ(Amount::Parse(FormatAmount(amount, "n2")), amount) << text;

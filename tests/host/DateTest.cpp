@@ -3,41 +3,30 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <tuple>
 
 namespace qx {
 namespace {
 
-TEST(Date, SerialsOfKnownDays) {
+// Serials count days from 30/12/1899, and 1900 was no leap year (60 is 28/02, 61 is 01/03).
+TEST(Date, SerialsWeekdaysAndLeapYears) {
     EXPECT_EQ(Date::FromYmd(1899, 12, 30).Serial(), 0);
     EXPECT_EQ(Date::FromYmd(1899, 12, 29).Serial(), -1);
-    EXPECT_EQ(Date::FromYmd(1900, 1, 1).Serial(), 2);
     EXPECT_EQ(Date::FromYmd(1900, 2, 28).Serial(), 60);
     EXPECT_EQ(Date::FromYmd(1900, 3, 1).Serial(), 61);
-    EXPECT_EQ(Date::FromYmd(2017, 6, 30).Serial(), 42916);
-    EXPECT_EQ(Date::FromYmd(2017, 7, 1).Serial(), 42917);
     const Date gst = Date::FromSerial(42917);
-    EXPECT_EQ(gst.Year(), 2017);
-    EXPECT_EQ(gst.Month(), 7);
-    EXPECT_EQ(gst.Day(), 1);
-}
+    EXPECT_EQ(gst, Date::FromYmd(2017, 7, 1));
+    EXPECT_EQ(gst.Weekday(), 6); // Saturday
+    EXPECT_EQ(Date::FromYmd(2024, 11, 10).Weekday(), 7); // Sunday
 
-TEST(Date, LeapYears) {
     EXPECT_EQ(Date::FromYmd(2000, 2, 29).AddDays(1), Date::FromYmd(2000, 3, 1));
-    EXPECT_EQ(Date::FromYmd(2024, 2, 29).AddDays(1), Date::FromYmd(2024, 3, 1));
-    EXPECT_THROW(Date::FromYmd(1900, 2, 29), std::invalid_argument);
-    EXPECT_THROW(Date::FromYmd(2023, 2, 29), std::invalid_argument);
-    EXPECT_THROW(Date::FromYmd(2100, 2, 29), std::invalid_argument);
     // A financial year that holds 29 February has 366 days.
     EXPECT_EQ(Date::FromYmd(2023, 4, 1).DaysUntil(Date::FromYmd(2024, 4, 1)), 366);
     EXPECT_EQ(Date::FromYmd(2024, 4, 1).DaysUntil(Date::FromYmd(2025, 4, 1)), 365);
-}
-
-TEST(Date, RefusesDaysThatDoNotExist) {
-    EXPECT_THROW(Date::FromYmd(2024, 4, 31), std::invalid_argument);
-    EXPECT_THROW(Date::FromYmd(2024, 13, 1), std::invalid_argument);
-    EXPECT_THROW(Date::FromYmd(2024, 0, 1), std::invalid_argument);
-    EXPECT_THROW(Date::FromYmd(2024, 1, 0), std::invalid_argument);
-    EXPECT_THROW(Date::FromYmd(10000, 1, 1), std::invalid_argument);
+    for (auto [year, month, day] : {std::tuple(1900, 2, 29), {2023, 2, 29}, {2100, 2, 29},
+                                    {2024, 4, 31}, {2024, 13, 1}, {2024, 0, 1}, {2024, 1, 0},
+                                    {10000, 1, 1}})
+        EXPECT_THROW(Date::FromYmd(year, month, day), std::invalid_argument) << year << month << day;
 }
 
 // Every day from 1800 to 2200 comes back through its year, month and day, follows the day
@@ -54,23 +43,13 @@ TEST(Date, CalendarIsContinuous) {
     }
 }
 
-TEST(Date, Weekdays) {
-    EXPECT_EQ(Date::FromYmd(2017, 7, 1).Weekday(), 6);   // Saturday
-    EXPECT_EQ(Date::FromYmd(2024, 11, 5).Weekday(), 2);  // Tuesday
-    EXPECT_EQ(Date::FromYmd(1899, 12, 30).Weekday(), 6); // Saturday
-    EXPECT_EQ(Date::FromYmd(2024, 11, 10).Weekday(), 7); // Sunday
-}
-
 TEST(Date, FormatPatterns) {
     const Date day = Date::FromYmd(2024, 11, 5);
     EXPECT_EQ(day.Format("dd/MM/yyyy (dddd)"), "05/11/2024 (Tuesday)");
-    EXPECT_EQ(day.Format("dd-MMM-yyyy"), "05-Nov-2024");
-    EXPECT_EQ(day.Format("d/M/yyyy"), "5/11/2024");
+    EXPECT_EQ(day.Format("d/M/yyyy dd-MMM"), "5/11/2024 05-Nov");
     EXPECT_EQ(day.Format("dddd, d MMMM yyyy"), "Tuesday, 5 November 2024");
     EXPECT_EQ(day.Format("Week of dd.MM"), "Week of 05.11");
-    EXPECT_EQ(day.ToDisplay(), "05/11/2024");
     EXPECT_EQ(day.ToIso(), "2024-11-05");
-    EXPECT_EQ(Date::FromYmd(2017, 7, 1).Format("MMMM MMM dddd"), "July Jul Saturday");
     EXPECT_EQ(Date::FromYmd(987, 3, 9).ToDisplay(), "09/03/0987");
 }
 
@@ -95,19 +74,13 @@ TEST(Date, ParseDisplay) {
     EXPECT_EQ(Date::DisplayRefusal("01-07-2017"), "Enter the date as dd/MM/yyyy.");
 }
 
-TEST(Date, ParseIso) {
-    EXPECT_EQ(Date::ParseIso("2017-07-01"), Date::FromSerial(42917));
-    EXPECT_EQ(Date::ParseIso("2017-07-01 00:00:00"), Date::FromSerial(42917));
-    EXPECT_EQ(Date::ParseIso("2017-07-01T23:59:59"), Date::FromSerial(42917));
+TEST(Date, ParseTakesTheIsoOrTheDisplayForm) {
+    const Date gst = Date::FromSerial(42917);
+    EXPECT_EQ(Date::ParseIso("2017-07-01 00:00:00"), gst);
+    EXPECT_EQ(Date::ParseIso("2017-07-01T23:59:59"), gst);
     for (const char* text : {"2017-7-1", "2017-07-01x", "2017-02-30", "17-07-01", "2017/07/01",
-                             "01/07/2017", "", "2017-07-0"}) {
+                             "01/07/2017", "", "2017-07-0"})
         EXPECT_FALSE(Date::ParseIso(text)) << text;
-    }
-}
-
-TEST(Date, ParseTakesEitherForm) {
-    EXPECT_EQ(Date::Parse("2017-07-01"), Date::FromSerial(42917));
-    EXPECT_EQ(Date::Parse("01/07/2017"), Date::FromSerial(42917));
     EXPECT_FALSE(Date::Parse("1 July 2017"));
     for (int serial : {0, 61, 36526, 42917, 45601}) {
         const Date day = Date::FromSerial(serial);
