@@ -229,8 +229,9 @@ TEST(Qx, EnterRefusesABadDocumentAloneAndSaysWhereAndWhy) {
         {"document 14 ", "document 14 (JF of 05/11/2024): not saved: party: missing; write the account's name."},
         {"document 15 ", "document 15 (JF of 05/11/2024): not saved: saving: "},
         {"document 16 ", "document 16 (JF of 05/11/2024): not saved: saving: Fractional bags sale / purchase found."},
-        {"document 18 ", "document 18 (JF of 05/11/2024): not saved: saving: Choose the Market (F2): the "
-                         "document is not saved without it."},
+        {"document 18 ",
+         "document 18 (JF of 05/11/2024): not saved: saving: Choose the Market (F2): the "
+         "document is not saved without it."},
     };
     for (const auto& [start, refusal] : refusals)
         EXPECT_THAT(LineStarting(run.err, start), testing::StartsWith(refusal));

@@ -26,7 +26,8 @@ TEST(Date, SerialsWeekdaysAndLeapYears) {
     for (auto [year, month, day] : {std::tuple(1900, 2, 29), {2023, 2, 29}, {2100, 2, 29},
                                     {2024, 4, 31}, {2024, 13, 1}, {2024, 0, 1}, {2024, 1, 0},
                                     {10000, 1, 1}})
-        EXPECT_THROW(Date::FromYmd(year, month, day), std::invalid_argument) << year << month << day;
+        EXPECT_THROW(Date::FromYmd(year, month, day), std::invalid_argument)
+            << year << "-" << month << "-" << day;
 }
 
 // Every day from 1800 to 2200 comes back through its year, month and day, follows the day
