@@ -7,6 +7,7 @@
 
 using namespace qx;
 using kivra::frmMarketMaster;
+using Strings = std::vector<std::string>;
 
 namespace {
 
@@ -23,7 +24,7 @@ protected:
     ui::Grid& GridOf(frmMarketMaster& screen) { return screen.Get<ui::Grid>("Grid"); }
 
     // Types a market into the empty last row and leaves the row, as a user does.
-    bool TypeMarket(ui::Grid& grid, const std::vector<std::string>& cells) {
+    bool TypeMarket(ui::Grid& grid, const Strings& cells) {
         int row = grid.Rows() - 1;
         for (std::size_t i = 0; i < cells.size(); ++i) {
             if (!grid.MoveTo(row, frmMarketMaster::kColName + static_cast<int>(i))) return false;
@@ -32,36 +33,14 @@ protected:
         return grid.MoveTo(grid.Rows() - 1, frmMarketMaster::kColName);
     }
 
-    std::vector<std::string> StoredMarkets() {
-        std::vector<std::string> markets;
-        auto rows = Db().OpenRecordset("SELECT MARKETID, MARKETNAME, SERIES FROM MARKETMASTER ORDER BY MARKETID");
-        for (; !rows->EndOfRows(); rows->MoveNext())
-            markets.push_back(rows->Field(0).AsText() + ":" + rows->Field(1).AsText() + ":" +
-                              rows->Field(2).AsText());
-        return markets;
+    Strings StoredMarkets() {
+        return Rows("SELECT MARKETID, MARKETNAME, SERIES FROM MARKETMASTER ORDER BY MARKETID");
     }
 };
 
-TEST(MarketTable, FreshTableIsBuiltByFourStatementsInOrder) {
-    test::TempFolder folder;
-    desk::Session session;
-    session.Create(folder.Path() / "c.kdb", "C");
-    test::RecordingDb db(session.Database());
-    kivra::CheckMarketTable(db);
-    EXPECT_EQ(db.executed,
-              (std::vector<std::string>{
-                  "CREATE TABLE MARKETMASTER ( MARKETID INT NOT NULL, MARKETNAME VARCHAR(60) NOT NULL, "
-                  "STATION VARCHAR(30), STATE VARCHAR(30), REMARKS VARCHAR(80), CONSTRAINT "
-                  "PK_MARKETMASTER PRIMARY KEY (MARKETID) )",
-                  "CREATE INDEX MARKETMASTER_MARKETNAME ON MARKETMASTER ( MARKETNAME )",
-                  "ALTER TABLE MARKETMASTER ADD SERIES VARCHAR(10) NOT NULL",
-                  "UPDATE MARKETMASTER SET SERIES='' WHERE SERIES IS NULL"}));
-    db.executed.clear();
-    kivra::CheckMarketTable(db);
-    EXPECT_TRUE(db.executed.empty()) << "a complete table is left alone";
-}
-
-TEST(MarketTable, OlderTableWithoutSeriesIsUpgradedKeepingItsMarkets) {
+// A table of an older module gets its series column, keeping its markets; a complete table is
+// left alone.
+TEST(MarketTable, OlderTableWithoutSeriesIsUpgradedOnceKeepingItsMarkets) {
     test::TempFolder folder;
     desk::Session session;
     session.Create(folder.Path() / "c.kdb", "C");
@@ -69,16 +48,17 @@ TEST(MarketTable, OlderTableWithoutSeriesIsUpgradedKeepingItsMarkets) {
     db.ExecuteSql("CREATE TABLE MARKETMASTER ( MARKETID INT NOT NULL, MARKETNAME VARCHAR(60) NOT NULL, "
                   "STATION VARCHAR(30), STATE VARCHAR(30), REMARKS VARCHAR(80), CONSTRAINT "
                   "PK_MARKETMASTER PRIMARY KEY (MARKETID) )");
-    db.ExecuteSql("INSERT INTO MARKETMASTER (MARKETID, MARKETNAME) VALUES (1, 'KHANNA')");
-    db.ExecuteSql("INSERT INTO MARKETMASTER (MARKETID, MARKETNAME) VALUES (2, 'JAGRAON')");
+    db.ExecuteSql("INSERT INTO MARKETMASTER (MARKETID, MARKETNAME) VALUES (1, 'KHANNA'), (2, 'JAGRAON')");
     kivra::CheckMarketTable(db);
     EXPECT_EQ(db.LookupValue("MARKETMASTER", "COUNT(*)", "SERIES=''").AsLong(), 2);
     EXPECT_EQ(db.LookupValue("MARKETMASTER", "MARKETNAME", "MARKETID=2").AsText(), "JAGRAON");
+    test::RecordingDb recording(db);
+    kivra::CheckMarketTable(recording);
+    EXPECT_TRUE(recording.executed.empty());
 }
 
 TEST_F(MarketMasterTest, MarketsTypedInAreSavedOnLeavingTheRowAndSurviveReopening) {
-    auto& screen = Open();
-    auto& grid = GridOf(screen);
+    auto& grid = GridOf(Open());
     // An empty table: the caption row and the empty row for a new market, the cursor in it.
     EXPECT_EQ(grid.Rows(), 2);
     EXPECT_EQ(grid.Column(0).width, 0) << "the id column is hidden";
@@ -89,18 +69,32 @@ TEST_F(MarketMasterTest, MarketsTypedInAreSavedOnLeavingTheRowAndSurviveReopenin
     EXPECT_EQ(grid.TextMatrix(1, frmMarketMaster::kColId), "1") << "first id in an empty table";
     ASSERT_TRUE(TypeMarket(grid, {"D'SOUZA MANDI", "", "", "DS"}));
     ASSERT_TRUE(TypeMarket(grid, {"ਖੰਨਾ", "ਖੰਨਾ", "ਪੰਜਾਬ", "ਖੰਨਾ"}));
-    EXPECT_EQ(StoredMarkets(), (std::vector<std::string>{"1:KHANNA:KHN", "2:D'SOUZA MANDI:DS", "3:ਖੰਨਾ:ਖੰਨਾ"}));
+    EXPECT_EQ(StoredMarkets(), (Strings{"1|KHANNA|KHN", "2|D'SOUZA MANDI|DS", "3|ਖੰਨਾ|ਖੰਨਾ"}));
     EXPECT_EQ(Db().LookupValue("MARKETMASTER", "REMARKS", "MARKETID=1").AsText(), "Main yard");
 
     app.CloseCompany();
     app.OpenCompany(path);
-    auto& again = GridOf(Open());
+    auto& screen = Open();
+    auto& again = GridOf(screen);
     ASSERT_EQ(again.Rows(), 5);
     // Listed by name; the empty row for a new market comes last.
     EXPECT_EQ(again.TextMatrix(1, frmMarketMaster::kColName), "D'SOUZA MANDI");
     EXPECT_EQ(again.TextMatrix(3, frmMarketMaster::kColName), "ਖੰਨਾ");
     EXPECT_EQ(again.TextMatrix(3, frmMarketMaster::kColStation), "ਖੰਨਾ");
     EXPECT_EQ(again.TextMatrix(4, frmMarketMaster::kColName), "");
+
+    // The list printed holds the saved markets only, without the hidden id.
+    ASSERT_TRUE(again.MoveTo(4, frmMarketMaster::kColName));
+    again.Type("RAIKOT");
+    screen.KeyDown({ui::Key::F8});
+    ASSERT_EQ(frontend.Printed().size(), 1u);
+    const auto& [job, mode] = frontend.Printed().back();
+    EXPECT_EQ(mode, PrintMode::Preview);
+    EXPECT_EQ(job.columns.size(), 6u);
+    ASSERT_EQ(job.rows.size(), 3u);
+    EXPECT_EQ(job.rows[1].cells[1], "KHANNA");
+    screen.KeyDown({ui::Key::F9});
+    EXPECT_EQ(frontend.Printed().back().second, PrintMode::Print);
 }
 
 TEST_F(MarketMasterTest, DuplicateNameIsRefusedButAMarketKeepsItsOwnName) {
@@ -122,8 +116,8 @@ TEST_F(MarketMasterTest, DuplicateNameIsRefusedButAMarketKeepsItsOwnName) {
     EXPECT_TRUE(grid.MoveTo(2, frmMarketMaster::kColName));
     EXPECT_TRUE(Messages().empty());
 
-    // Another program saves a market while the user types one: the name is checked again as
-    // the row is saved, under the lock that writes it.
+    // Another program saves markets while the user types one: the row is checked again as it
+    // is saved, under the lock that writes it, and takes an id that is free then.
     const int row = grid.Rows() - 1;
     ASSERT_TRUE(grid.MoveTo(row, frmMarketMaster::kColName));
     grid.Type("KHANNA");
@@ -131,33 +125,18 @@ TEST_F(MarketMasterTest, DuplicateNameIsRefusedButAMarketKeepsItsOwnName) {
     desk::Session other;
     other.Open(path);
     other.Database().ExecuteSql(
-        "INSERT INTO MARKETMASTER (MARKETID, MARKETNAME, SERIES) VALUES (9, 'KHANNA', 'KHN')");
+        "INSERT INTO MARKETMASTER (MARKETID, MARKETNAME, SERIES) VALUES (3, 'KHANNA', 'KHN')");
     EXPECT_FALSE(grid.MoveTo(grid.Rows() - 1, frmMarketMaster::kColName));
-    EXPECT_EQ(Messages(), std::vector<std::string>{"This Market Name already exists."});
-    EXPECT_EQ(StoredMarkets(), (std::vector<std::string>{"1:D'SOUZA:", "2:JAGRAON:", "9:KHANNA:KHN"}));
-}
+    EXPECT_EQ(Messages(), Strings{"This Market Name already exists."});
 
-TEST_F(MarketMasterTest, SeriesOfFiveCharactersIsTakenAndSixAreRefused) {
-    auto& grid = GridOf(Open());
-    ASSERT_TRUE(grid.MoveTo(1, frmMarketMaster::kColName));
-    grid.Type("SAMRALA");
-    ASSERT_TRUE(grid.MoveTo(1, frmMarketMaster::kColSeries));
-    grid.Type("SAMRAL");
-    EXPECT_FALSE(grid.MoveTo(1, frmMarketMaster::kColRemarks));
-    EXPECT_EQ(Messages(), std::vector<std::string>{"Maximum 5 characters allowed in Series."});
-    EXPECT_EQ(frontend.Transcript().back().style, "E");
-    EXPECT_EQ(grid.Col(), frmMarketMaster::kColSeries);
-    grid.Type("SMRLA");
-    ASSERT_TRUE(grid.MoveTo(2, frmMarketMaster::kColName));
-    EXPECT_EQ(StoredMarkets(), std::vector<std::string>{"1:SAMRALA:SMRLA"});
-}
-
-TEST_F(MarketMasterTest, RowWithoutANameIsNeverSaved) {
-    auto& grid = GridOf(Open());
-    ASSERT_TRUE(grid.MoveTo(1, frmMarketMaster::kColStation));
-    grid.Type("KHANNA");
-    ASSERT_TRUE(grid.MoveTo(2, frmMarketMaster::kColName));
-    EXPECT_TRUE(StoredMarkets().empty());
+    ASSERT_TRUE(grid.MoveTo(row, frmMarketMaster::kColName));
+    grid.Type("DORAHA");
+    ASSERT_TRUE(grid.MoveTo(row, frmMarketMaster::kColStation));
+    other.Database().ExecuteSql(
+        "INSERT INTO MARKETMASTER (MARKETID, MARKETNAME, SERIES) VALUES (4, 'SAMRALA', 'SML')");
+    ASSERT_TRUE(grid.MoveTo(grid.Rows() - 1, frmMarketMaster::kColName));
+    EXPECT_EQ(StoredMarkets(), (Strings{"1|D'SOUZA|", "2|JAGRAON|", "3|KHANNA|KHN",
+                                        "4|SAMRALA|SML", "5|DORAHA|"}));
 }
 
 TEST_F(MarketMasterTest, DeletingAsksForSavedMarketsOnly) {
@@ -175,46 +154,37 @@ TEST_F(MarketMasterTest, DeletingAsksForSavedMarketsOnly) {
     ASSERT_TRUE(grid.MoveTo(1, frmMarketMaster::kColName));
     frontend.QueueAnswer(kAnswerNo);
     screen.KeyDown({ui::Key::F3});
-    EXPECT_EQ(Messages(), std::vector<std::string>{"Do you want to remove this row ?"});
-    EXPECT_EQ(frontend.Transcript().back().style, "W");
+    EXPECT_EQ(Messages(), Strings{"Do you want to remove this row ?"});
     EXPECT_EQ(grid.RowColour(1), 0) << "colour restored after No";
     EXPECT_EQ(StoredMarkets().size(), 2u);
 
     frontend.QueueAnswer(kAnswerYes);
     screen.KeyDown({ui::Key::F3});
-    EXPECT_EQ(StoredMarkets(), std::vector<std::string>{"2:KHANNA:"});
+    EXPECT_EQ(StoredMarkets(), Strings{"2|KHANNA|"});
     EXPECT_EQ(grid.TextMatrix(1, frmMarketMaster::kColName), "KHANNA");
     EXPECT_EQ(grid.TextMatrix(1, frmMarketMaster::kColSerial), "1") << "serials follow the rows";
 }
 
-TEST_F(MarketMasterTest, ClosingWithATypedRowKeepsIt) {
+// A row left without a name is never saved; a series of six characters is refused; Esc saves
+// the row being typed.
+TEST_F(MarketMasterTest, EscKeepsATypedRowButNeverOneWithoutAName) {
     auto& screen = Open();
     auto& grid = GridOf(screen);
-    ASSERT_TRUE(grid.MoveTo(1, frmMarketMaster::kColName));
-    grid.Type("RAIKOT");
+    ASSERT_TRUE(grid.MoveTo(1, frmMarketMaster::kColStation));
+    grid.Type("KHANNA");
+    ASSERT_TRUE(grid.MoveTo(2, frmMarketMaster::kColName));
+    EXPECT_TRUE(StoredMarkets().empty());
+    grid.Type("SAMRALA");
+    ASSERT_TRUE(grid.MoveTo(2, frmMarketMaster::kColSeries));
+    grid.Type("SAMRAL");
+    EXPECT_FALSE(grid.MoveTo(2, frmMarketMaster::kColRemarks));
+    EXPECT_EQ(Messages(), Strings{"Maximum 5 characters allowed in Series."});
+    EXPECT_EQ(frontend.Transcript().back().style, "E");
+    EXPECT_EQ(grid.Col(), frmMarketMaster::kColSeries);
+    grid.Type("SMRLA");
     EXPECT_TRUE(screen.KeyDown({ui::Key::Escape}));
     EXPECT_TRUE(app.OpenScreens().empty());
-    EXPECT_EQ(StoredMarkets(), std::vector<std::string>{"1:RAIKOT:"});
-}
-
-TEST_F(MarketMasterTest, PrintListsSavedMarketsOnly) {
-    auto& screen = Open();
-    auto& grid = GridOf(screen);
-    ASSERT_TRUE(TypeMarket(grid, {"KHANNA", "KHANNA", "PUNJAB", "KHN"}));
-    ASSERT_TRUE(TypeMarket(grid, {"JAGRAON", "JAGRAON", "PUNJAB", "JGN"}));
-    screen.KeyDown({ui::Key::F8});
-    ASSERT_EQ(frontend.Printed().size(), 1u);
-    const auto& [job, mode] = frontend.Printed().back();
-    EXPECT_EQ(mode, PrintMode::Preview);
-    EXPECT_EQ(job.title, "Local Mandi Master");
-    EXPECT_EQ(job.firmName, "Test Trading Company");
-    ASSERT_EQ(job.columns.size(), 6u) << "the hidden id is not printed";
-    EXPECT_EQ(job.columns[0].caption, "Sr. No.");
-    EXPECT_EQ(job.columns[0].align, Align::Centre);
-    ASSERT_EQ(job.rows.size(), 2u);
-    EXPECT_EQ(job.rows[1].cells[1], "JAGRAON");
-    screen.KeyDown({ui::Key::F9});
-    EXPECT_EQ(frontend.Printed().back().second, PrintMode::Print);
+    EXPECT_EQ(StoredMarkets(), Strings{"1|SAMRALA|SMRLA"});
 }
 
 } // namespace
