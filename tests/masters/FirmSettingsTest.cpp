@@ -81,22 +81,7 @@ TEST_F(FirmSettingsTest, OkLeavesWhatAnotherProgramSavedMeanwhile) {
               std::vector<std::string>{"*TradeMenu**KivraMenu*"});
 }
 
-TEST_F(FirmSettingsTest, CancelAndEscWriteNothing) {
-    auto& screen = OpenSettings();
-    ASSERT_TRUE(screen.Get<ui::TextBox>("txtFirmProperties").Type(""));
-    Type(OptionsOf(screen), 1, FirmSettingsScreen::kColValue, "No");
-    screen.Get<ui::StdButtons>("OKCancel").Click(1);
-    EXPECT_TRUE(app.OpenScreens().empty());
-
-    auto& again = OpenSettings();
-    Type(OptionsOf(again), 1, FirmSettingsScreen::kColValue, "No");
-    EXPECT_TRUE(again.KeyDown({ui::Key::Escape}));
-    EXPECT_TRUE(app.OpenScreens().empty());
-    EXPECT_EQ(app.DeskSession().FirmSettings().GetValue("FirmProperties").AsText(), "*TradeMenu*");
-    EXPECT_EQ(Options(), (std::vector<std::string>{"Yes", "", "Yes", ""}));
-}
-
-TEST_F(FirmSettingsTest, OptionNumbersAreCheckedAndAValueNeedsOne) {
+TEST_F(FirmSettingsTest, OptionNumbersAreCheckedAndCancelOrEscWriteNothing) {
     auto& screen = OpenSettings();
     auto& options = OptionsOf(screen);
     for (const auto& [text, message] : std::vector<std::pair<std::string, std::string>>{
@@ -115,6 +100,16 @@ TEST_F(FirmSettingsTest, OptionNumbersAreCheckedAndAValueNeedsOne) {
     EXPECT_EQ(app.OpenScreens().size(), 1u) << "the screen stays for the number";
     EXPECT_EQ(options.Row(), 3);
     EXPECT_EQ(options.Col(), FirmSettingsScreen::kColNumber);
+
+    ASSERT_TRUE(screen.Get<ui::TextBox>("txtFirmProperties").Type(""));
+    Type(options, 1, FirmSettingsScreen::kColValue, "No");
+    screen.Get<ui::StdButtons>("OKCancel").Click(1);
+    EXPECT_TRUE(app.OpenScreens().empty());
+    auto& again = OpenSettings();
+    Type(OptionsOf(again), 1, FirmSettingsScreen::kColValue, "No");
+    EXPECT_TRUE(again.KeyDown({ui::Key::Escape}));
+    EXPECT_TRUE(app.OpenScreens().empty());
+    EXPECT_EQ(app.DeskSession().FirmSettings().GetValue("FirmProperties").AsText(), "*TradeMenu*");
     EXPECT_EQ(Options(), (std::vector<std::string>{"Yes", "", "Yes", ""}));
 }
 

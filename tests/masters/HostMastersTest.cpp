@@ -19,23 +19,36 @@ protected:
     }
 };
 
-TEST_F(HostMastersTest, ItemsTypedInAreStoredAndSurviveReopeningTheCompany) {
-    AddCategories({"grains", "ਦਾਲਾਂ"});
+// Items typed in, their category typed or chosen with F2 from a list by name; the list printed
+// holds stored items only; an edit still being typed is kept when the company is closed.
+TEST_F(HostMastersTest, ItemsTypedInAreStoredPrintedAndSurviveReopeningTheCompany) {
+    AddCategories({"tax free", "ਦਾਲਾਂ", "grains"});
     auto& items = Open("StkMaster");
-    EXPECT_EQ(GridOf(items).Row(), 1);
-    EXPECT_EQ(GridOf(items).Col(), items.ColumnOf("QMHD"))
-        << "the cursor waits in the new row's name";
+    auto& grid = GridOf(items);
+    EXPECT_EQ(grid.Row(), 1);
+    EXPECT_EQ(grid.Col(), items.ColumnOf("QMHD")) << "the cursor waits in the new row's name";
     ASSERT_TRUE(TypeRow(items, {{"QMHD", " wheat "}, {"QVATCTGNO", "Grains"}, {"QUNIT", "QTL"}}));
     EXPECT_EQ(Cell(items, 1, "QMCD"), "1") << "the code shows once the item is stored";
     EXPECT_EQ(Cell(items, 1, "QMHD"), "WHEAT");
     EXPECT_EQ(Cell(items, 1, "QVATCTGNO"), "GRAINS") << "the category as it is kept";
-    ASSERT_TRUE(TypeRow(items, {{"QMHD", "D'souza basmati"}, {"QVATCTGNO", "ਦਾਲਾਂ"}}));
+    ASSERT_TRUE(TypeCell(items, 2, "QMHD", "D'souza basmati"));
+    ASSERT_TRUE(grid.MoveTo(2, items.ColumnOf("QVATCTGNO")));
+    Strings listed;
+    frontend.QueueModal([&](ui::Screen& list) {
+        auto& rows = list.Get<ui::Grid>(desk::kSelectListGrid);
+        for (int row = 1; row < rows.Rows(); ++row)
+            listed.push_back(rows.TextMatrix(row, 0));
+        rows.SetCurrent(3, 0);
+        list.Get<ui::StdButtons>(desk::kSelectListButtons).Click(0);
+    });
+    EXPECT_TRUE(items.KeyDown({ui::Key::F2}));
+    EXPECT_EQ(listed, (Strings{"GRAINS", "TAX FREE", "ਦਾਲਾਂ"}));
     // Six Gurmukhi characters fit a unit of ten, though they take eighteen bytes.
     ASSERT_TRUE(TypeRow(items, {{"QMHD", "ਕਣਕ"}, {"QUNIT", "ਕੁਇੰਟਲ"}}));
+    EXPECT_TRUE(frontend.Transcript().empty());
     EXPECT_EQ(Rows("SELECT QMCD, QMHD, QVATCTGNO, QUNIT FROM STKMASTER ORDER BY QMCD"),
-              (Strings{"1|WHEAT|1|QTL", "2|D'SOUZA BASMATI|2|", "3|ਕਣਕ|0|ਕੁਇੰਟਲ"}));
+              (Strings{"1|WHEAT|3|QTL", "2|D'SOUZA BASMATI|2|", "3|ਕਣਕ|0|ਕੁਇੰਟਲ"}));
 
-    // An edit the user is still typing is kept when the company is closed under it.
     ASSERT_TRUE(TypeCell(items, 1, "QUNIT", "BAG"));
     app.CloseCompany();
     app.OpenCompany(path);
@@ -43,13 +56,24 @@ TEST_F(HostMastersTest, ItemsTypedInAreStoredAndSurviveReopeningTheCompany) {
     ASSERT_EQ(GridOf(again).Rows(), 5);
     EXPECT_EQ(Cell(again, 1, "QMHD"), "D'SOUZA BASMATI") << "listed by name";
     EXPECT_EQ(Cell(again, 1, "QVATCTGNO"), "ਦਾਲਾਂ");
-    EXPECT_EQ(Cell(again, 2, "QMCD"), "1");
     EXPECT_EQ(Cell(again, 2, "QUNIT"), "BAG");
-    EXPECT_EQ(Cell(again, 3, "QMHD"), "ਕਣਕ");
     EXPECT_EQ(Cell(again, 4, "QMHD"), "") << "the empty row for a new item comes last";
+
+    ASSERT_TRUE(GridOf(again).MoveTo(4, again.ColumnOf("QMHD")));
+    GridOf(again).Type("MAIZE"); // still being typed: not part of the list
+    again.KeyDown({ui::Key::F8});
+    ASSERT_EQ(frontend.Printed().size(), 1u);
+    const auto& [job, mode] = frontend.Printed().back();
+    EXPECT_EQ(mode, PrintMode::Preview);
+    EXPECT_EQ(job.columns.size(), 4u) << "no bookkeeping columns";
+    ASSERT_EQ(job.rows.size(), 3u);
+    EXPECT_EQ(job.rows[1].cells, (Strings{"1", "WHEAT", "GRAINS", "BAG"}));
+    EXPECT_EQ(job.rows[2].cells, (Strings{"3", "ਕਣਕ", "", "ਕੁਇੰਟਲ"}));
+    again.KeyDown({ui::Key::F9});
+    EXPECT_EQ(frontend.Printed().back().second, PrintMode::Print);
 }
 
-TEST_F(HostMastersTest, BadItemInputIsRefusedWhereItIsTypedAndWritesNothing) {
+TEST_F(HostMastersTest, BadItemInputIsRefusedWhereItIsTypedAndEscSavesOnlyANamedRow) {
     auto& items = Open("StkMaster");
     auto& grid = GridOf(items);
     ASSERT_TRUE(TypeRow(items, {{"QMHD", "WHEAT"}, {"QUNIT", "QTL"}}));
@@ -80,27 +104,16 @@ TEST_F(HostMastersTest, BadItemInputIsRefusedWhereItIsTypedAndWritesNothing) {
     EXPECT_EQ(TakeWarning(), "Enter a name.");
     EXPECT_EQ(grid.Row(), fresh);
     EXPECT_EQ(Rows("SELECT QMCD, QMHD, QUNIT FROM STKMASTER"), Strings{"1|WHEAT|QTL"});
-}
 
-TEST_F(HostMastersTest, F2ChoosesTheCategoryFromAListByName) {
-    AddCategories({"TAX FREE", "GRAINS"});
-    auto& items = Open("StkMaster");
-    auto& grid = GridOf(items);
-    ASSERT_TRUE(TypeCell(items, 1, "QMHD", "PADDY"));
-    ASSERT_TRUE(grid.MoveTo(1, items.ColumnOf("QVATCTGNO")));
-    Strings listed;
-    frontend.QueueModal([&](ui::Screen& list) {
-        auto& rows = list.Get<ui::Grid>(desk::kSelectListGrid);
-        for (int row = 1; row < rows.Rows(); ++row)
-            listed.push_back(rows.TextMatrix(row, 0));
-        rows.SetCurrent(1, 0);
-        list.Get<ui::StdButtons>(desk::kSelectListButtons).Click(0);
-    });
-    EXPECT_TRUE(items.KeyDown({ui::Key::F2}));
-    EXPECT_EQ(listed, (Strings{"GRAINS", "TAX FREE"}));
-    ASSERT_TRUE(grid.MoveTo(2, items.ColumnOf("QMHD")));
-    EXPECT_EQ(Rows("SELECT QMHD, QVATCTGNO FROM STKMASTER"), Strings{"PADDY|2"});
-    EXPECT_TRUE(frontend.Transcript().empty());
+    // Esc saves the row being typed, but not one without a name: the screen stays for it.
+    EXPECT_TRUE(items.KeyDown({ui::Key::Escape}));
+    EXPECT_EQ(TakeWarning(), "Enter a name.");
+    ASSERT_EQ(app.OpenScreens().size(), 1u);
+    ASSERT_TRUE(grid.MoveTo(fresh, items.ColumnOf("QMHD")));
+    grid.Type("maize");
+    EXPECT_TRUE(items.KeyDown({ui::Key::Escape}));
+    EXPECT_TRUE(app.OpenScreens().empty());
+    EXPECT_EQ(Rows("SELECT QMCD, QMHD, QUNIT FROM STKMASTER"), (Strings{"1|WHEAT|QTL", "2|MAIZE|BAG"}));
 }
 
 TEST_F(HostMastersTest, DeletingAsksForAStoredItemAndKeepsOneUsedInDocuments) {
@@ -139,51 +152,27 @@ TEST_F(HostMastersTest, DeletingAsksForAStoredItemAndKeepsOneUsedInDocuments) {
     EXPECT_TRUE(frontend.Transcript().empty());
     ASSERT_EQ(grid.Rows(), 3);
     EXPECT_EQ(Cell(items, 2, "QUNIT"), "");
+
+    // Another program saves a document with an item while its deletion is asked about: kept.
+    ASSERT_TRUE(TypeRow(items, {{"QMHD", "MAIZE"}}));
+    frontend.OnMessage = [this](const desk::ShownMessage& shown) {
+        if (shown.style != "Q")
+            return;
+        desk::Session other;
+        other.Open(path);
+        other.Database().ExecuteSql("INSERT INTO DOCDATA (DOCUMENTID, REFNO, PRODUCTID) SELECT 7, "
+                                    "1, QMCD FROM STKMASTER WHERE QMHD='MAIZE'");
+    };
+    frontend.QueueAnswer(kAnswerYes);
+    ASSERT_TRUE(grid.MoveTo(2, items.ColumnOf("QMHD")));
+    ASSERT_EQ(Cell(items, 2, "QMHD"), "MAIZE");
+    items.KeyDown({ui::Key::F3});
+    EXPECT_EQ(Messages(), (Strings{"Do you want to delete MAIZE?",
+                                   "MAIZE is used by 1 document; it cannot be deleted."}));
+    EXPECT_EQ(Rows("SELECT QMHD FROM STKMASTER ORDER BY QMCD"), (Strings{"WHEAT", "MAIZE"}));
 }
 
-TEST_F(HostMastersTest, ListIsPrintedWithStoredItemsOnly) {
-    AddCategories({"GRAINS"});
-    auto& items = Open("StkMaster");
-    ASSERT_TRUE(TypeRow(items, {{"QMHD", "WHEAT"}, {"QVATCTGNO", "GRAINS"}, {"QUNIT", "QTL"}}));
-    ASSERT_TRUE(TypeRow(items, {{"QMHD", "PADDY"}}));
-    auto& grid = GridOf(items);
-    ASSERT_TRUE(grid.MoveTo(3, items.ColumnOf("QMHD")));
-    grid.Type("MAIZE"); // still being typed: not part of the list
-    items.KeyDown({ui::Key::F8});
-    ASSERT_EQ(frontend.Printed().size(), 1u);
-    const auto& [job, mode] = frontend.Printed().back();
-    EXPECT_EQ(mode, PrintMode::Preview);
-    EXPECT_EQ(job.title, "Items");
-    EXPECT_EQ(job.reportName, "StkMaster");
-    Strings captions;
-    for (const auto& column : job.columns)
-        captions.push_back(column.caption);
-    EXPECT_EQ(captions, (Strings{"Code", "Item Name", "VAT Category", "Unit"}))
-        << "no bookkeeping columns";
-    ASSERT_EQ(job.rows.size(), 2u);
-    EXPECT_EQ(job.rows[0].cells, (Strings{"1", "WHEAT", "GRAINS", "QTL"}));
-    EXPECT_EQ(job.rows[1].cells, (Strings{"2", "PADDY", "", ""}));
-    items.KeyDown({ui::Key::F9});
-    EXPECT_EQ(frontend.Printed().back().second, PrintMode::Print);
-}
-
-TEST_F(HostMastersTest, EscSavesTheRowBeingTypedButNotARowWithoutAName) {
-    auto& items = Open("StkMaster");
-    auto& grid = GridOf(items);
-    ASSERT_TRUE(grid.MoveTo(1, items.ColumnOf("QUNIT")));
-    grid.Type("BAG");
-    EXPECT_TRUE(items.KeyDown({ui::Key::Escape}));
-    EXPECT_EQ(TakeWarning(), "Enter a name.");
-    ASSERT_EQ(app.OpenScreens().size(), 1u) << "the screen stays for the name";
-
-    ASSERT_TRUE(grid.MoveTo(1, items.ColumnOf("QMHD")));
-    grid.Type("maize");
-    EXPECT_TRUE(items.KeyDown({ui::Key::Escape}));
-    EXPECT_TRUE(app.OpenScreens().empty());
-    EXPECT_EQ(Rows("SELECT QMCD, QMHD, QUNIT FROM STKMASTER"), Strings{"1|MAIZE|BAG"});
-}
-
-TEST_F(HostMastersTest, AnAccountComesWithItsPrintHeadAndFollowsARename) {
+TEST_F(HostMastersTest, AnAccountComesWithItsPrintHeadFollowsARenameAndRefusesBadInput) {
     auto& accounts = Open("AcMaster");
     ASSERT_TRUE(TypeRow(accounts, {{"MHD", "ram singh & sons"},
                                    {"MBSHNO", "sundry debtors"},
@@ -211,10 +200,8 @@ TEST_F(HostMastersTest, AnAccountComesWithItsPrintHeadAndFollowsARename) {
               Strings{"1|D'SOUZA TRADERS|40"});
     EXPECT_EQ(Rows("SELECT CODE, HEAD, PRESSHEAD FROM FAHEADS WHERE CODE=1"),
               Strings{"1|D'SOUZA TRADERS|D'souza Traders"});
-}
 
-TEST_F(HostMastersTest, BadAccountInputIsRefusedWithItsOwnMessage) {
-    auto& accounts = Open("AcMaster");
+    // Bad input is refused with its own message, and nothing of it is written.
     auto& grid = GridOf(accounts);
     struct Case {
         std::string field, text, message;
@@ -246,15 +233,15 @@ TEST_F(HostMastersTest, BadAccountInputIsRefusedWithItsOwnMessage) {
              {"MBSHNO", "DEBTORS",
               "There is no account group named DEBTORS. Press F2 to choose one."},
              {"MST", std::string(41, 'K'), "Station can hold at most 40 characters."}}) {
-        EXPECT_FALSE(TypeCell(accounts, 1, bad.field, bad.text)) << bad.text;
+        EXPECT_FALSE(TypeCell(accounts, 3, bad.field, bad.text)) << bad.text;
         EXPECT_EQ(TakeWarning(), bad.message);
         EXPECT_EQ(grid.Col(), accounts.ColumnOf(bad.field));
         grid.Type("");
         ASSERT_TRUE(grid.Commit());
     }
-    ASSERT_TRUE(grid.MoveTo(2, accounts.ColumnOf("MHD")));
-    EXPECT_TRUE(Rows("SELECT MCD FROM FAMASTER").empty());
-    EXPECT_TRUE(Rows("SELECT CODE FROM FAHEADS").empty());
+    ASSERT_TRUE(grid.MoveTo(1, accounts.ColumnOf("MHD")));
+    EXPECT_EQ(Rows("SELECT COUNT(*) FROM FAMASTER"), Strings{"2"});
+    EXPECT_EQ(Rows("SELECT COUNT(*) FROM FAHEADS"), Strings{"2"});
 }
 
 TEST_F(HostMastersTest, AnAccountInTheBooksIsNotDeletedAndAnUnusedOneGoesWithItsHeads) {
@@ -306,27 +293,6 @@ TEST_F(HostMastersTest, AnAccountInTheBooksIsNotDeletedAndAnUnusedOneGoesWithIts
     EXPECT_TRUE(Rows("SELECT CODE FROM VATMASTER").empty());
 }
 
-TEST_F(HostMastersTest, AnItemPutToUseWhileItsDeletionIsAskedAboutIsKept) {
-    auto& items = Open("StkMaster");
-    ASSERT_TRUE(TypeRow(items, {{"QMHD", "WHEAT"}}));
-    // Another program on the same company saves a document with the item meanwhile.
-    frontend.OnMessage = [this](const desk::ShownMessage& shown) {
-        if (shown.style != "Q")
-            return;
-        desk::Session other;
-        other.Open(path);
-        other.Database().ExecuteSql(
-            "INSERT INTO DOCDATA (DOCUMENTID, REFNO, PRODUCTID) VALUES (7, 1, 1)");
-    };
-    frontend.QueueAnswer(kAnswerYes);
-    ASSERT_TRUE(GridOf(items).MoveTo(1, items.ColumnOf("QMHD")));
-    items.KeyDown({ui::Key::F3});
-    EXPECT_EQ(Messages(), (Strings{"Do you want to delete WHEAT?",
-                                   "WHEAT is used by 1 document; it cannot be deleted."}));
-    EXPECT_EQ(Rows("SELECT QMHD FROM STKMASTER"), Strings{"WHEAT"});
-    EXPECT_EQ(Cell(items, 1, "QMHD"), "WHEAT");
-}
-
 TEST_F(HostMastersTest, VatClassesKeepTheNumbersTheUserGives) {
     auto& classes = Open("VatClasses");
     auto& grid = GridOf(classes);
@@ -345,9 +311,7 @@ TEST_F(HostMastersTest, VatClassesKeepTheNumbersTheUserGives) {
     };
     for (const Case& bad :
          std::vector<Case>{{"VATCLASSNO", "111", "Class No. 111 already exists."},
-                           {"VATCLASSNO", "3O5", "3O5 is not a number."},
                            {"VATCLASSNO", "0", "Class No. must be above 0."},
-                           {"VATCLASSNAME", "SALES TAX-FREE", "SALES TAX-FREE already exists."},
                            {"SPO", "X", "Sale/Purchase must be S, P or O."}}) {
         EXPECT_FALSE(TypeCell(classes, fresh, bad.field, bad.text)) << bad.text;
         EXPECT_EQ(TakeWarning(), bad.message);

@@ -59,7 +59,7 @@ TEST_F(TableMasterTest, YesNoColumnTakesYesOrNoAndShowsWhatIsStored) {
     EXPECT_EQ(Cell(again, 2, "ACTIVE"), "No");
 }
 
-TEST_F(TableMasterTest, ARecordWhoseCompanionWriteFailsIsNotStoredAndStaysNew) {
+TEST_F(TableMasterTest, ARecordIsStoredWholeOrNotAtAllAndItsNameCheckedAsItIsWritten) {
     auto& brokers = OpenBrokers();
     EXPECT_FALSE(TypeRow(brokers, {{"BROKERNAME", "no notes"}}));
     ASSERT_EQ(frontend.Transcript().size(), 1u);
@@ -75,20 +75,17 @@ TEST_F(TableMasterTest, ARecordWhoseCompanionWriteFailsIsNotStoredAndStaysNew) {
                    "B.BROKERNO=N.BROKERNO"),
               Strings{"1|PATEL|new"});
     EXPECT_EQ(Cell(brokers, 1, "BROKERNO"), "1");
-}
 
-// Another program saves a broker of the same name while the user types one: the name is checked
-// again as the row is saved, under the lock that writes it.
-TEST_F(TableMasterTest, ANameSavedMeanwhileByAnotherProgramIsRefused) {
-    auto& brokers = OpenBrokers();
-    ASSERT_TRUE(TypeCell(brokers, 1, "BROKERNAME", "mehta"));
+    // Another program saves a broker of the same name while the user types one: the name is
+    // checked again as the row is saved, under the lock that writes it.
+    ASSERT_TRUE(TypeCell(brokers, 2, "BROKERNAME", "mehta"));
     desk::Session other;
     other.Open(path);
-    other.Database().ExecuteSql("INSERT INTO BROKERS (BROKERNO, BROKERNAME) VALUES (1, 'MEHTA')");
-    EXPECT_FALSE(GridOf(brokers).MoveTo(2, brokers.ColumnOf("BROKERNAME")));
+    other.Database().ExecuteSql("INSERT INTO BROKERS (BROKERNO, BROKERNAME) VALUES (2, 'MEHTA')");
+    EXPECT_FALSE(GridOf(brokers).MoveTo(3, brokers.ColumnOf("BROKERNAME")));
     EXPECT_EQ(TakeWarning(), "MEHTA already exists.");
-    EXPECT_EQ(Rows("SELECT BROKERNO, BROKERNAME FROM BROKERS"), Strings{"1|MEHTA"});
-    EXPECT_EQ(Cell(brokers, 1, "BROKERNO"), "") << "the row stays new, as typed";
+    EXPECT_EQ(Rows("SELECT BROKERNO, BROKERNAME FROM BROKERS"), (Strings{"1|PATEL", "2|MEHTA"}));
+    EXPECT_EQ(Cell(brokers, 2, "BROKERNO"), "") << "the row stays new, as typed";
 }
 
 } // namespace
