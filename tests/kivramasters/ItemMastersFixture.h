@@ -71,10 +71,9 @@ protected:
     // The VAT classes of a head, in order.
     std::vector<long> ClassesOf(long code) {
         std::vector<long> classes;
-        auto rows =
-            Db().OpenRecordset("SELECT VATCODE FROM VATMASTER WHERE CODE=" + std::to_string(code) +
-                               " ORDER BY VATCODE");
-        for (; !rows->EndOfRows(); rows->MoveNext()) classes.push_back(rows->Field(0).AsLong());
+        for (const auto& vatCode : Rows("SELECT VATCODE FROM VATMASTER WHERE CODE=" +
+                                        std::to_string(code) + " ORDER BY VATCODE"))
+            classes.push_back(std::stol(vatCode));
         return classes;
     }
 };
