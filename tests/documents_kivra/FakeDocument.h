@@ -2,8 +2,7 @@
 // One open document as the host's engine presents it to a module's extension, built on the
 // host's real controls and a real company database: the item grid (column 0 the serial
 // column), the charges grid, the summary grid in its panel, and the series' own input boxes.
-// Leaving a cell of the item grid raises the cell events, as the engine does. The statements
-// the extension reads through the database are logged.
+// Leaving a cell of the item grid raises the cell events, as the engine does.
 
 #include "host/HostDocument.h"
 
@@ -13,40 +12,6 @@
 #include <vector>
 
 namespace qx::test {
-
-// Passes everything on and keeps the text of every query and look-up.
-class QueryLogDb : public CompanyDb {
-public:
-    explicit QueryLogDb(CompanyDb& inner) : inner_(inner) {}
-    std::vector<std::string> queries;
-
-    void ExecuteSql(std::string_view sql, int options) override { inner_.ExecuteSql(sql, options); }
-    std::unique_ptr<Recordset> OpenRecordset(std::string_view sql) override {
-        queries.emplace_back(sql);
-        return inner_.OpenRecordset(sql);
-    }
-    bool TableExists(std::string_view table) override { return inner_.TableExists(table); }
-    bool FieldExists(std::string_view field, std::string_view table) override {
-        return inner_.FieldExists(field, table);
-    }
-    void AddFields(std::string_view table, std::string_view type,
-                   const std::vector<std::string>& fields) override {
-        inner_.AddFields(table, type, fields);
-    }
-    Value LookupValue(std::string_view table, std::string_view field,
-                      std::string_view condition) override {
-        queries.push_back(std::string(table) + "." + std::string(field) + " WHERE " +
-                          std::string(condition));
-        return inner_.LookupValue(table, field, condition);
-    }
-    std::string DateLiteral(Date date) const override { return inner_.DateLiteral(date); }
-    void BeginTransaction() override { inner_.BeginTransaction(); }
-    void Commit() override { inner_.Commit(); }
-    void Rollback() override { inner_.Rollback(); }
-
-private:
-    CompanyDb& inner_;
-};
 
 // A column of the series' item grid: its screen member ("COL_QUANTITY") or module key
 // ("ADD_LESS_KGS"), and its format.
@@ -71,7 +36,7 @@ public:
     }
 
     // What the engine knows of the document; tests set it.
-    QueryLogDb db;
+    CompanyDb& db;
     Date docDate = Date::FromYmd(2017, 5, 10);
     std::string docType = "Sale";
     std::string seriesProperties;
