@@ -175,35 +175,29 @@ protected:
         app.DeskSession().SetFirmSetting("DocExtensions", "recorder");
         for (const char* sql : {
                  "INSERT INTO CTGMASTER (CTGNO, CTGNAME) VALUES (1, 'GRAINS'), (2, 'PULSES')",
-                 "INSERT INTO STKMASTER (QMCD, QMHD, QVATCTGNO) VALUES (1, 'WHEAT', 1), (2, 'ਕਣਕ', "
-                 "1), "
-                 "(3, 'MOONG', 2)",
-                 "INSERT INTO FAMASTER (MCD, MHD) VALUES (10, 'RAM D''SOUZA'), (11, 'ਗੁਰਮੀਤ ਸਿੰਘ'), "
-                 "(20, 'SALES GRAINS'), (21, 'SALES PULSES'), (30, 'LABOUR A/C'), (31, 'DISCOUNT "
-                 "A/C'), "
-                 "(32, 'FREIGHT A/C'), (40, 'ROUND OFF')",
-                 "INSERT INTO VATCATEGORYTAXRATES (SERIESID, VATCTGNO, SALEPOSTINGCODE) VALUES (1, "
-                 "1, 20), "
-                 "(1, 2, 21)",
+                 "INSERT INTO STKMASTER (QMCD, QMHD, QVATCTGNO) VALUES (1, 'WHEAT', 1), "
+                 "(2, 'ਕਣਕ', 1), (3, 'MOONG', 2)",
+                 "INSERT INTO FAMASTER (MCD, MHD) VALUES (10, 'RAM D''SOUZA'), "
+                 "(11, 'ਗੁਰਮੀਤ ਸਿੰਘ'), (20, 'SALES GRAINS'), (21, 'SALES PULSES'), "
+                 "(30, 'LABOUR A/C'), (31, 'DISCOUNT A/C'), (32, 'FREIGHT A/C'), (40, 'ROUND OFF')",
+                 "INSERT INTO VATCATEGORYTAXRATES (SERIESID, VATCTGNO, SALEPOSTINGCODE) VALUES "
+                 "(1, 1, 20), (1, 2, 21)",
                  "INSERT INTO DOCCONFIG (SERIESID, SERIESCODE, SERIESNAME, SUBSERIESNAME, DOCTYPE, "
                  "DOCPROPERTIES, DOCVOUCHERFACTOR, NARRATION, NEXTNUMBER, TRNTYPE, BOOK) VALUES "
                  "(1, 'SL', 'Sales', 'Cash', 'Sale', '*Test*', 1, 'Sale bill ##', 1, 'SAL', 'SB')",
                  "INSERT INTO DOCCOLUMNS (SERIESID, POSITION, COLKEY, CAPTION, WIDTH, FORMAT, "
-                 "FIELD) VALUES "
-                 "(1, 1, 'PRODUCT_ID', 'Item', 2500, '', ''), (1, 2, 'NO_OF_BOXES', 'Bags', 800, "
-                 "'', ''), "
-                 "(1, 3, 'QUANTITY', 'Qty', 900, 'n2', ''), (1, 4, 'RATE', 'Rate', 900, 'n2', ''), "
+                 "FIELD) VALUES (1, 1, 'PRODUCT_ID', 'Item', 2500, '', ''), "
+                 "(1, 2, 'NO_OF_BOXES', 'Bags', 800, '', ''), (1, 3, 'QUANTITY', 'Qty', 900, "
+                 "'n2', ''), (1, 4, 'RATE', 'Rate', 900, 'n2', ''), "
                  "(1, 5, 'AMOUNT', 'Amount', 1200, '', ''), "
                  "(1, 6, 'ADD_LESS_KGS', 'Add/Less', 800, 'n2', 'ADDLESSKGS')",
                  "UPDATE DOCCOLUMNS SET FIGURES='signed' WHERE COLKEY='ADD_LESS_KGS'",
                  "INSERT INTO DOCBOXES (SERIESID, POSITION, BOXNAME, CAPTION, FIELD, NUMERIC, "
-                 "LOOKUP, "
-                 "LOOKUPTEXT) VALUES (1, 1, 'FORM_NO', 'Form No.', 'FORMNO', 1, '', ''), "
+                 "LOOKUP, LOOKUPTEXT) VALUES (1, 1, 'FORM_NO', 'Form No.', 'FORMNO', 1, '', ''), "
                  "(1, 2, 'BROKER', 'Broker', 'BROKERID', 0, 'SelectBroker', 'BrokerName')",
                  "INSERT INTO DOCCHARGES (SERIESID, POSITION, CHARGEKEY, CAPTION, RATE, BASIS, "
-                 "SIGN, "
-                 "HEADCODE, FIELD) VALUES (1, 1, 'LABOUR', 'Labour', 5, 'B', 1, 30, 'LABOUR'), "
-                 "(1, 2, 'DISCOUNT', 'Discount', 2, 'P', -1, 31, 'DISCOUNTAMT'), "
+                 "SIGN, HEADCODE, FIELD) VALUES (1, 1, 'LABOUR', 'Labour', 5, 'B', 1, 30, "
+                 "'LABOUR'), (1, 2, 'DISCOUNT', 'Discount', 2, 'P', -1, 31, 'DISCOUNTAMT'), "
                  "(1, 3, 'FREIGHT', 'Freight', 100, 'F', 1, 32, '')",
              })
             Db().ExecuteSql(sql);
@@ -220,8 +214,6 @@ protected:
             throw std::logic_error("no document screen opened");
         return *documents;
     }
-
-
 
     // The first document of the tests: two items of two categories, in bags.
     void TypeWheatAndMoong(desk::DocumentScreen& screen) {
@@ -242,7 +234,6 @@ protected:
     }
 
     bool Press(desk::DocumentScreen& screen, ui::Key key) { return screen.KeyDown({.key = key}); }
-
 
     // Everything a save or a delete writes, whole.
     Strings Company() {
