@@ -15,8 +15,10 @@
 #include <utility>
 #include <vector>
 
+using qx::test::Box;
 using qx::test::Cell;
 using qx::test::Cells;
+using qx::test::TypeBox;
 using qx::test::TypeLine;
 
 namespace qx::test {
@@ -64,17 +66,24 @@ protected:
         ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_NO"), form));
     }
 
+    // A J-Form line: the item, its buyer, the bag weight, the quantity and, if given, the rate.
+    static Cells JLine(const std::string& item, const std::string& buyer, const std::string& kg,
+                       const std::string& quantity, const std::string& rate = "") {
+        Cells cells{{"PRODUCT_ID", item},
+                    {"CUSTOMER_ID", buyer},
+                    {"QTY_PER_BOX", kg},
+                    {"QUANTITY", quantity}};
+        if (!rate.empty())
+            cells.emplace_back("RATE", rate);
+        return cells;
+    }
+
     // Form 12 of book 7 at Khanna: Gurmeet Singh's wheat sold to Bansal Traders, in bags of
     // 50 kg: 10.50 quintals are 21 bags.
     desk::DocumentScreen& TypeForm12(const std::string& quantity = "10.50") {
         auto& screen = OpenMenu("JForms");
         TypeHeader(screen, "15/04/2024", "gurmeet singh", "KHANNA", "7", "12");
-        EXPECT_TRUE(TypeLine(screen, 1,
-                             {{"PRODUCT_ID", "wheat"},
-                              {"CUSTOMER_ID", "bansal traders"},
-                              {"QTY_PER_BOX", "50"},
-                              {"QUANTITY", quantity},
-                              {"RATE", "2125"}}));
+        EXPECT_TRUE(TypeLine(screen, 1, JLine("wheat", "bansal traders", "50", quantity, "2125")));
         return screen;
     }
     // Ten bags of wheat, 5 quintals, bought locally from Gurmeet Singh.
@@ -130,7 +139,6 @@ protected:
     static bool Press(desk::DocumentScreen& screen, ui::Key key) {
         return screen.KeyDown({.key = key});
     }
-
 
 private:
     static constexpr const char* kCompany[] = {

@@ -6,11 +6,6 @@
 #include "desk/core/SelectDialog.h"
 #include "desk/documents/SeriesImport.h"
 
-using qx::test::Box;
-using qx::test::Cell;
-using qx::test::TypeBox;
-using qx::test::TypeLine;
-
 using namespace qx;
 using test::Strings;
 
@@ -103,12 +98,7 @@ TEST_F(SeriesRulesTest, AFormIsNotSavedWithoutTheBoxesItsSeriesRequires) {
     ASSERT_TRUE(TypeBox(screen, screen.TxpCustomer(), "gurmeet singh"));
     ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_BOOK_NO"), "7"));
     ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_NO"), "12"));
-    ASSERT_TRUE(TypeLine(screen, 1,
-                         {{"PRODUCT_ID", "wheat"},
-                          {"CUSTOMER_ID", "bansal traders"},
-                          {"QTY_PER_BOX", "50"},
-                          {"QUANTITY", "10.50"},
-                          {"RATE", "2125"}}));
+    ASSERT_TRUE(TypeLine(screen, 1, JLine("wheat", "bansal traders", "50", "10.50", "2125")));
     ASSERT_TRUE(Press(screen, ui::Key::F10));
     EXPECT_EQ(Messages(), Strings{"Choose the Mandi (F2): the document is not saved without it."});
     EXPECT_EQ(screen.Focused(), &Box(screen, "MARKET"));
