@@ -11,7 +11,7 @@
 #include "desk/documents/DocumentScreen.h"
 #include "desk/documents/HostDocuments.h"
 #include "desk/masters/HostMasters.h"
-#include "module/CQXModule.h"
+#include "kivra/module/CQXModule.h"
 
 #include <filesystem>
 #include <stdexcept>

@@ -4,7 +4,7 @@
 #include "desk/documents/DocumentTotals.h"
 #include "desk/documents/Series.h"
 #include "desk/documents/SeriesImport.h"
-#include "module/mKivraModule.h"
+#include "kivra/module/mKivraModule.h"
 
 #include <nlohmann/json.hpp>
 

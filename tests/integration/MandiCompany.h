@@ -9,7 +9,7 @@
 
 #include "desk/documents/DocumentScreen.h"
 #include "desk/documents/HostDocuments.h"
-#include "module/mKivraModule.h"
+#include "kivra/module/mKivraModule.h"
 
 #include <string>
 #include <utility>

@@ -4,7 +4,7 @@
 
 #include "Desk.h"
 
-#include "module/CQXModule.h"
+#include "kivra/module/CQXModule.h"
 
 namespace qx::test {
 

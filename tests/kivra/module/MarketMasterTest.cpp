@@ -2,8 +2,8 @@
 #include "support/DeskFixture.h"
 #include "support/RecordingDb.h"
 
-#include "masters/frmMarketMaster.h"
-#include "module/mKivraModule.h"
+#include "kivra/masters/frmMarketMaster.h"
+#include "kivra/module/mKivraModule.h"
 
 using namespace qx;
 using kivra::frmMarketMaster;

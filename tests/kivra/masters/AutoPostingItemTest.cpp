@@ -2,7 +2,7 @@
 // and what OK stores.
 #include "ItemMastersFixture.h"
 
-#include "masters/frmDocAutoPostingItem.h"
+#include "kivra/masters/frmDocAutoPostingItem.h"
 
 using namespace qx;
 

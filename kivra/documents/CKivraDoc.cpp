@@ -1,7 +1,7 @@
 #include "CKivraDoc.h"
 
-#include "masters/frmDocAutoPostingItem.h"
-#include "module/mKivraModule.h"
+#include "kivra/masters/frmDocAutoPostingItem.h"
+#include "kivra/module/mKivraModule.h"
 
 #include "host/Text.h"
 

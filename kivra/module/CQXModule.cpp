@@ -3,9 +3,9 @@
 #include "frmKivraMain.h"
 #include "mKivraModule.h"
 
-#include "documents/CKivraDoc.h"
-#include "masters/frmKivraRates.h"
-#include "masters/frmMarketMaster.h"
+#include "kivra/documents/CKivraDoc.h"
+#include "kivra/masters/frmKivraRates.h"
+#include "kivra/masters/frmMarketMaster.h"
 
 #include "host/Text.h"
 

@@ -2,7 +2,7 @@
 // The local mandi master: one editable grid of the company's markets, edited in place row
 // by row. A row is saved as soon as the user leaves it; there is no save button.
 
-#include "module/ModuleContext.h"
+#include "kivra/module/ModuleContext.h"
 
 #include "host/ui/Screen.h"
 

@@ -3,7 +3,7 @@
 // classes: proposed from the series and the item's VAT rate (auto generation), created
 // where missing, and kept per series and VAT category in VATCATEGORYTAXRATES.
 
-#include "module/ModuleContext.h"
+#include "kivra/module/ModuleContext.h"
 
 #include "host/Amount.h"
 #include "host/ui/Screen.h"

@@ -5,7 +5,7 @@
 
 #include "LedgerHeads.h"
 
-#include "module/ModuleContext.h"
+#include "kivra/module/ModuleContext.h"
 
 #include "host/ui/Screen.h"
 

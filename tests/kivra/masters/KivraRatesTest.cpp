@@ -2,8 +2,8 @@
 // heads it creates.
 #include "ItemMastersFixture.h"
 
-#include "masters/LedgerHeads.h"
-#include "masters/frmKivraRates.h"
+#include "kivra/masters/LedgerHeads.h"
+#include "kivra/masters/frmKivraRates.h"
 
 #include "host/Text.h"
 

@@ -4,10 +4,10 @@
 #include "support/RecordingDb.h"
 
 #include "desk/masters/HostMasters.h"
-#include "documents/CKivraDoc.h"
-#include "masters/frmMarketMaster.h"
-#include "module/frmKivraMain.h"
-#include "module/mKivraModule.h"
+#include "kivra/documents/CKivraDoc.h"
+#include "kivra/masters/frmMarketMaster.h"
+#include "kivra/module/frmKivraMain.h"
+#include "kivra/module/mKivraModule.h"
 
 using namespace qx;
 

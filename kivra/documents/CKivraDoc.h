@@ -3,7 +3,7 @@
 // into a mandi form (J-Form, I-Form, local or outside purchase). The host creates one per
 // open document screen, binds it with Init and raises the document's events on it.
 
-#include "module/ModuleContext.h"
+#include "kivra/module/ModuleContext.h"
 
 #include "host/HostDocument.h"
 

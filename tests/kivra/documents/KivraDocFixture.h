@@ -6,7 +6,7 @@
 
 #include "support/DeskFixture.h"
 
-#include "documents/CKivraDoc.h"
+#include "kivra/documents/CKivraDoc.h"
 
 #include <map>
 #include <memory>

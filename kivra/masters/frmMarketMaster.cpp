@@ -1,6 +1,6 @@
 #include "frmMarketMaster.h"
 
-#include "module/mKivraModule.h"
+#include "kivra/module/mKivraModule.h"
 
 #include "host/Text.h"
 
