@@ -4,6 +4,7 @@
 // is checked as it is left; the save checks again what a document opened from the company, or
 // a master changed since, may hold.
 #include "DocumentScreen.h"
+#include "ScreenTexts.h"
 
 #include "host/Text.h"
 

@@ -1,6 +1,7 @@
 // Saving and deleting a document: the host's checks, then one unit of work with the
 // extensions' events, and a failure that leaves the company and the screen as they were.
 #include "DocumentScreen.h"
+#include "ScreenTexts.h"
 
 #include "host/Text.h"
 

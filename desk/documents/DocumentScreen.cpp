@@ -1,77 +1,19 @@
 #include "DocumentScreen.h"
 
+#include "DocumentPrint.h"
+#include "NameLookups.h"
+#include "ScreenTexts.h"
+
 #include "desk/masters/TableMaster.h"
-#include "host/HostSelectDialog.h"
 #include "host/Text.h"
 
 #include <array>
 #include <ctime>
-#include <span>
 #include <stdexcept>
 #include <utility>
 
 namespace qx::desk {
 namespace {
-
-// Names the user types into a box or cell, and the master they name a record of.
-struct NameLookup {
-    const char* table;
-    const char* codeField;
-    const char* nameField;
-    const char* noun;
-};
-constexpr NameLookup kItems{"STKMASTER", "QMCD", "QMHD", "item"};
-constexpr NameLookup kAccounts{"FAMASTER", "MCD", "MHD", "account"};
-
-struct Named {
-    std::int32_t code = 0;
-    std::string name;
-};
-
-// Masters keep names in upper case, so a name is found whatever case it is typed in.
-std::optional<Named> FindByName(CompanyDb& db, const NameLookup& lookup, std::string_view text) {
-    auto rows = db.OpenRecordset(std::string("SELECT ") + lookup.codeField + ", " +
-                                 lookup.nameField + " FROM " + lookup.table + " WHERE UPPER(" +
-                                 lookup.nameField + ")=" + SqlQuote(UpperCase(text)));
-    if (rows->EndOfRows())
-        return std::nullopt;
-    return Named{rows->Field(0).AsInt(), rows->Field(1).AsText()};
-}
-
-// The list of names, of accounts of the groups when given, starting at what the user typed.
-std::optional<Named> ChooseByName(DeskApp& app, const NameLookup& lookup,
-                                  const std::string& caption, const std::string& typed,
-                                  const AccountGroups& groups = {}) {
-    auto list = app.CreateSelectDialog();
-    list->SetCaption(caption);
-    list->SetStartText(Trim(typed));
-    const std::string where = groups.empty() ? std::string() : " WHERE " + InGroups(groups);
-    list->FillFromQuery(app.DeskSession().Database(),
-                        std::string("SELECT ") + lookup.codeField + ", " + lookup.nameField +
-                            " FROM " + lookup.table + where + " ORDER BY " + lookup.nameField,
-                        lookup.nameField, lookup.codeField);
-    if (!list->Show())
-        return std::nullopt;
-    return Named{static_cast<std::int32_t>(list->SelectedValue()), list->SelectedText()};
-}
-
-std::string NameOf(CompanyDb& db, const NameLookup& lookup, std::int64_t code) {
-    if (code == 0)
-        return {};
-    return db
-        .LookupValue(lookup.table, lookup.nameField,
-                     std::string(lookup.codeField) + "=" + std::to_string(code))
-        .AsText();
-}
-
-// A figure as a cell shows it: nothing for 0, so that an untouched cell and a zero look alike.
-std::string CellText(Amount value, std::string_view format) {
-    return value.IsZero() ? std::string() : FormatAmount(value, format);
-}
-
-std::string CodeText(std::int64_t code) {
-    return code == 0 ? std::string() : std::to_string(code);
-}
 
 std::string BasisText(ChargeBasis basis) {
     switch (basis) {
@@ -92,22 +34,6 @@ Date Today() {
     return Date::FromYmd(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
 }
 
-// The firm setting "DocExtensions": names separated by commas, semicolons or blanks.
-std::vector<std::string> ExtensionNames(std::string_view setting) {
-    std::vector<std::string> names;
-    std::string name;
-    for (char c : std::string(setting) + ",") {
-        if (c == ',' || c == ';' || c == ' ') {
-            if (!name.empty())
-                names.push_back(std::move(name));
-            name.clear();
-        } else {
-            name += c;
-        }
-    }
-    return names;
-}
-
 // Leaving a control while the screen is reset is not the user's doing: no checks, no events.
 class Quietly {
 public:
@@ -120,23 +46,6 @@ private:
     bool& quiet_;
     bool was_;
 };
-
-// Looks a module operation up among the loaded modules: the first that has it answers. A
-// module that does not have it says so with std::invalid_argument.
-template <class Answer>
-bool AskModules(DeskApp& app, const std::string& operation, std::span<Value> args, Answer answer) {
-    for (const LoadedModule& loaded : app.Modules()) {
-        Value result;
-        try {
-            result = loaded.module->Obj().Invoke(operation, args);
-        } catch (const std::invalid_argument&) {
-            continue;
-        }
-        answer(result);
-        return true;
-    }
-    return false;
-}
 
 // A column of the host's own in the item grid (the serial number, a hidden mark): no series
 // made it, and nobody types into it.
@@ -177,19 +86,6 @@ void BuildChargeColumns(ui::Grid& charges) {
 }
 
 } // namespace
-
-std::int32_t ChooseSeries(DeskApp& app, std::string_view docType) {
-    auto list = app.CreateSelectDialog();
-    list->SetCaption("Series");
-    auto rows = app.DeskSession().Database().OpenRecordset(
-        "SELECT SERIESID, SERIESNAME, SUBSERIESNAME, DOCTYPE FROM DOCCONFIG ORDER BY SERIESNAME, "
-        "SUBSERIESNAME");
-    for (; !rows->EndOfRows(); rows->MoveNext())
-        if (docType.empty() || EqualsNoCase(rows->Field(3).AsText(), docType))
-            list->AddItem(SeriesTitle(rows->Field(1).AsText(), rows->Field(2).AsText()),
-                          rows->Field(0).AsLong());
-    return list->Show() ? static_cast<std::int32_t>(list->SelectedValue()) : 0;
-}
 
 DocumentScreen::DocumentScreen(DeskApp& app)
     : ui::Screen("Documents", "Documents"), app_(app), document_(app, *this),
@@ -298,11 +194,11 @@ void DocumentScreen::Load() {
         seriesId_ = ChooseSeries(app_, Properties().GetValue("DocType").AsText());
     if (seriesId_ == 0)
         throw std::runtime_error("Choose a series to enter its documents.");
-    MakeExtensions();
+    extensions_.Make(app_, document_);
     try {
         SeriesSelected();
     } catch (...) {
-        TerminateExtensions(); // the screen is not shown, so it never unloads
+        extensions_.Terminate(); // the screen is not shown, so it never unloads
         throw;
     }
 }
@@ -313,7 +209,7 @@ void DocumentScreen::FirstActivate() {
 }
 
 void DocumentScreen::Unload() {
-    TerminateExtensions();
+    extensions_.Terminate();
 }
 
 std::int32_t DocumentScreen::PresetSeries() {
@@ -328,25 +224,6 @@ std::int32_t DocumentScreen::PresetSeries() {
         throw std::runtime_error("The series " + code + (name.empty() ? "" : " (" + name + ")") +
                                  " is not set up in this company.");
     return id;
-}
-
-// Every loaded module is asked for every extension the firm names; each one found extends
-// this screen's documents until the screen closes.
-void DocumentScreen::MakeExtensions() {
-    const auto setting = app_.DeskSession().FirmSettings().GetValue("DocExtensions").AsText();
-    for (const std::string& name : ExtensionNames(setting))
-        for (const LoadedModule& loaded : app_.Modules())
-            if (auto extension =
-                    std::dynamic_pointer_cast<IDocExtension>(loaded.module->GetForm(name))) {
-                extension->Init(document_);
-                extensions_.push_back(std::move(extension));
-            }
-}
-
-void DocumentScreen::TerminateExtensions() {
-    for (auto& extension : extensions_)
-        extension->Terminate();
-    extensions_.clear();
 }
 
 void DocumentScreen::SeriesSelected() {
@@ -426,7 +303,7 @@ void DocumentScreen::BuildBoxes() {
         box.ExtVal().SetValue("Name", configured.name);
         box.NumericOnly = configured.numeric && configured.lookup.empty();
         box.OnLookup = configured.lookup.empty() ? std::function<void()>()
-                                           : [this, i] { app_.Guard([&] { LookupBox(i); }); };
+                                                 : [this, i] { app_.Guard([&] { LookupBox(i); }); };
         box.SetVisible(configured.visible);
     }
 }
@@ -536,13 +413,17 @@ void DocumentScreen::OpenDocument(std::int32_t documentId) {
 std::string DocumentScreen::ContentSnapshot() const {
     std::string content;
     auto add = [&](const std::string& text) { content += text + '\x1f'; };
-    for (const ui::TextBox* box : {&date_, &number_, &party_, &saleType_}) add(box->Text());
-    for (const ui::TextBox* box : boxPool_) add(box->Text());
+    for (const ui::TextBox* box : {&date_, &number_, &party_, &saleType_})
+        add(box->Text());
+    for (const ui::TextBox* box : boxPool_)
+        add(box->Text());
     for (const ui::Grid* grid : {&grid_, &charges_})
         for (int row = 1; row < grid->Rows(); ++row)
-            for (int col = 0; col < grid->Cols(); ++col) add(grid->TextMatrix(row, col));
+            for (int col = 0; col < grid->Cols(); ++col)
+                add(grid->TextMatrix(row, col));
     for (const ui::Grid* grid : {&grid_, &charges_})
-        if (grid->Editing()) add(*grid->Editing());
+        if (grid->Editing())
+            add(*grid->Editing());
     return content;
 }
 
@@ -550,7 +431,8 @@ std::string DocumentScreen::ContentSnapshot() const {
 // changed is saved or dropped as he says. False when it stays: he cancelled, or its save was
 // refused.
 bool DocumentScreen::LeaveDocument() {
-    if (ContentSnapshot() == shownContent_) return true;
+    if (ContentSnapshot() == shownContent_)
+        return true;
     switch (app_.ShowMessage("Do you want to save this document?", kYesNoCancel, "Q")) {
     case kAnswerYes:
         return SaveDocument();
@@ -562,7 +444,8 @@ bool DocumentScreen::LeaveDocument() {
 }
 
 void DocumentScreen::QueryUnload(bool& cancel) {
-    if (!app_.Guard([&] { cancel = !LeaveDocument(); })) cancel = true;
+    if (!app_.Guard([&] { cancel = !LeaveDocument(); }))
+        cancel = true;
 }
 
 void DocumentScreen::ShowSavedHeader(const PropertyBag& main) {
@@ -763,16 +646,12 @@ std::string DocumentScreen::Accept(CheckedCell& cell) {
         const bool item = column.role == ColumnRole::Item;
         const NameLookup& lookup = item ? kItems : kAccounts;
         if (!text.empty()) {
-            auto found = FindByName(Db(), lookup, text);
-            if (!found)
-                return "There is no " + std::string(lookup.noun) + " named " + text +
-                       ". Press F2 to choose one.";
-            if (!item)
-                if (auto refusal = OutsideGroups(Db(), found->code, column.groups, column.caption);
-                    !refusal.empty())
-                    return refusal;
-            cell.code = found->code;
-            text = found->name;
+            NameFound found = FindNamed(Db(), lookup, text, item ? AccountGroups() : column.groups,
+                                        column.caption);
+            if (!found.refusal.empty())
+                return found.refusal;
+            cell.code = found.named.code;
+            text = std::move(found.named.name);
         }
         cell.changed =
             cell.code != CodeIn(grid_, cell.row, item ? Member("COL_STK_CODE") : partyCodeCol_);
@@ -883,11 +762,6 @@ const SeriesColumn& DocumentScreen::ColumnAt(int col) const {
                : kUnknown;
 }
 
-std::int32_t DocumentScreen::CodeIn(const ui::Grid& grid, int row, int col) {
-    return col > 0 ? static_cast<std::int32_t>(TextToAmount(grid.TextMatrix(row, col)).WholePart())
-                   : 0;
-}
-
 void DocumentScreen::NumberRow(int row) {
     grid_.SetTextMatrix(row, 0, std::to_string(row));
 }
@@ -924,12 +798,11 @@ void DocumentScreen::CheckParty(bool& cancel) {
     }
     std::string refusal;
     if (!app_.Guard([&] {
-            const auto party = FindByName(Db(), kAccounts, text);
-            refusal = party ? OutsideGroups(Db(), party->code, CurrentSeries().partyGroups,
-                                            party_.Caption())
-                            : "There is no account named " + text + ". Press F2 to choose one.";
+            const NameFound party =
+                FindNamed(Db(), kAccounts, text, CurrentSeries().partyGroups, party_.Caption());
+            refusal = party.refusal;
             if (refusal.empty())
-                PartyChosen(party->code, party->name);
+                PartyChosen(party.named.code, party.named.name);
         }))
         cancel = true;
     else if (!refusal.empty()) {
@@ -1020,8 +893,7 @@ void DocumentScreen::LookupCell() {
     if (column.role != ColumnRole::Item && column.role != ColumnRole::Party)
         return;
     const bool item = column.role == ColumnRole::Item;
-    const std::string typed =
-        grid_.Editing().value_or(grid_.TextMatrix(grid_.Row(), grid_.Col()));
+    const std::string typed = grid_.Editing().value_or(grid_.TextMatrix(grid_.Row(), grid_.Col()));
     if (auto chosen = ChooseByName(app_, item ? kItems : kAccounts, item ? "Items" : column.caption,
                                    typed, column.groups)) {
         grid_.Type(chosen->name);
@@ -1064,21 +936,8 @@ void DocumentScreen::ShowTotals() {
 }
 
 void DocumentScreen::Browse() {
-    auto list = app_.CreateSelectDialog();
-    list->SetCaption(CurrentSeries().Title());
-    auto rows =
-        Db().OpenRecordset("SELECT M.DOCUMENTID, M.DOCDATE, M.DOCNUMBER, F.MHD, M.GRANDTOTAL, "
-                           "M.CANCELLED FROM DOCMAIN M "
-                           "LEFT JOIN FAMASTER F ON F.MCD=M.PARTYCODE WHERE M.DOCSERIESID=" +
-                           std::to_string(seriesId_) + " ORDER BY M.DOCDATE, M.DOCNUMBER");
-    for (; !rows->EndOfRows(); rows->MoveNext())
-        list->AddItem(BrowseEntry(rows->Field(1).AsDate(), rows->Field(2).AsInt(),
-                                  rows->Field(3).AsText(), rows->Field(4).AsAmount(),
-                                  rows->Field(5).AsBool()),
-                      rows->Field(0).AsLong());
-    rows->Close();
-    if (list->Show())
-        OpenDocument(static_cast<std::int32_t>(list->SelectedValue()));
+    if (const std::int32_t chosen = ChooseDocument(app_, seriesId_, CurrentSeries().Title()))
+        OpenDocument(chosen);
 }
 
 void DocumentScreen::ChangeSeries() {
@@ -1089,42 +948,20 @@ void DocumentScreen::ChangeSeries() {
     SeriesSelected();
 }
 
-// The document as on the screen: its lines, then the figures under the last columns.
 void DocumentScreen::PrintDocument() {
     const DocumentTotals totals = CurrentTotals();
-    PrintJob job = grid_.ToPrintJob(CurrentSeries().Title() + " No. " + number_.Text(),
-                                    "Date: " + date_.Text() + "    Party: " + party_.Text());
-    job.reportName = "Document";
-    std::vector<PrintRow> lines;
-    for (int row = 1; row < grid_.Rows(); ++row)
-        if (document_.IsLine(row))
-            lines.push_back(std::move(job.rows[static_cast<std::size_t>(row - 1)]));
-    job.rows = std::move(lines);
-    const std::size_t width = job.columns.size();
-    auto figure = [&](const std::string& caption, Amount value, std::string marks) {
-        PrintRow& row = job.rows.emplace_back();
-        row.cells.assign(width, "");
-        row.cells[width >= 2 ? width - 2 : 0] = caption;
-        row.cells.back() = FormatAmount(value, "c2");
-        row.marks = std::move(marks);
-    };
-    figure("Gross Amount", totals.gross, "*blanklinebefore*");
-    const auto& charges = CurrentSeries().charges;
-    for (std::size_t i = 0; i < charges.size(); ++i)
-        if (!totals.charges[i].IsZero())
-            figure(charges[i].caption, charges[i].sign < 0 ? -totals.charges[i] : totals.charges[i],
-                   "");
-    if (!totals.roundOff.IsZero())
-        figure("Round Off", totals.roundOff, "");
-    figure("Grand Total", totals.grandTotal, "*totals*");
-    app_.Print(job, PrintMode::Print);
+    app_.Print(DocumentPrintJob(grid_, document_, totals,
+                                CurrentSeries().Title() + " No. " + number_.Text(),
+                                "Date: " + date_.Text() + "    Party: " + party_.Text()),
+               PrintMode::Print);
 }
 
 bool DocumentScreen::KeyDown(const ui::KeyPress& key) {
     if (key.key != ui::Key::Delete || !key.ctrl || key.shift || key.alt || Focused() != &grid_)
         return ui::Screen::KeyDown(key);
     const int row = grid_.Row();
-    if (row < 1 || row >= grid_.Rows() - 1) return true; // the empty last row stays
+    if (row < 1 || row >= grid_.Rows() - 1)
+        return true; // the empty last row stays
     app_.Guard([&] {
         grid_.RemoveRow(row);
         RecalcGrid();
@@ -1138,13 +975,16 @@ void DocumentScreen::OnCommand(const std::string& key) {
             if (Focused() == &grid_)
                 LookupCell();
         } else if (key == "New") {
-            if (LeaveDocument()) NewDocument();
+            if (LeaveDocument())
+                NewDocument();
         } else if (key == "Browse") {
-            if (LeaveDocument()) Browse();
+            if (LeaveDocument())
+                Browse();
         } else if (key == "Delete") {
             DeleteDocument();
         } else if (key == "Series") {
-            if (LeaveDocument()) ChangeSeries();
+            if (LeaveDocument())
+                ChangeSeries();
         } else if (key == "Save") {
             SaveDocument();
         } else if (key == "Print") {
@@ -1156,13 +996,7 @@ void DocumentScreen::OnCommand(const std::string& key) {
 }
 
 void DocumentScreen::Warn(const std::string& message) {
-    app_.ShowMessage(message, "", "W");
-}
-
-std::string BrowseEntry(Date date, std::int32_t number, const std::string& party, Amount total,
-                        bool cancelled) {
-    return date.ToDisplay() + "  No. " + std::to_string(number) + "  " + party + "  " +
-           FormatAmount(total, "c2") + (cancelled ? "  (cancelled)" : "");
+    desk::Warn(app_, message);
 }
 
 } // namespace qx::desk

@@ -9,6 +9,8 @@
 // one code); without either the user chooses the series (of "DocType" when given).
 
 #include "DeskDocument.h"
+#include "DocumentBrowsing.h"
+#include "DocumentExtensions.h"
 #include "DocumentRecords.h"
 #include "DocumentTotals.h"
 #include "DocumentVoucher.h"
@@ -25,13 +27,6 @@
 #include <vector>
 
 namespace qx::desk {
-
-// The series the user chooses from the list (of one document type when given); 0 when he
-// chooses none.
-std::int32_t ChooseSeries(DeskApp& app, std::string_view docType);
-// A document as the browse list shows it: "05/05/2024  No. 3  RAM DAS  1,130.00".
-std::string BrowseEntry(Date date, std::int32_t number, const std::string& party, Amount total,
-                        bool cancelled);
 
 class DocumentScreen : public ui::Screen, public DocumentForm {
 public:
@@ -107,13 +102,9 @@ private:
     // What a column of the item grid holds; a column the series did not make holds text that
     // is not saved.
     const SeriesColumn& ColumnAt(int col) const;
-    // The code a cell holds; 0 for an empty cell or column 0 (no such column).
-    static std::int32_t CodeIn(const ui::Grid& grid, int row, int col);
     const Series& CurrentSeries() const { return document_.CurrentSeries(); }
     std::vector<ui::TextBox*> MakeBoxPool();
     std::int32_t PresetSeries();
-    void MakeExtensions();
-    void TerminateExtensions();
 
     void BuildItemGrid();
     void BuildBoxes();
@@ -193,7 +184,7 @@ private:
     ui::Grid& gridInfo_;
     ui::ButtonBar& bar_;
     // Destroyed before the document they are bound to.
-    std::vector<std::shared_ptr<IDocExtension>> extensions_;
+    DocumentExtensions extensions_;
 
     std::int32_t seriesId_ = 0;
     std::vector<SeriesColumn> gridColumns_;           // by grid column; column 0 the serial number
