@@ -18,7 +18,7 @@ namespace qx::desk {
 // program may have taken it meanwhile. A number the user typed is his, and must be free.
 std::int32_t DocumentScreen::NumberToSave(bool proposed) {
     const auto typed = static_cast<std::int32_t>(TextToAmount(number_.Text()).WholePart());
-    return typed > 0 && !proposed ? typed : NextNumber(Db(), seriesId_);
+    return typed > 0 && !proposed ? typed : NextNumber(Db(), SeriesId());
 }
 
 // What is being typed is taken, and checked, before the document is saved.
@@ -59,7 +59,7 @@ bool DocumentScreen::Save(bool cancelled) {
         // the unit that writes it: no other program can take a number between the two.
         Transaction unit(Db());
         number = NumberToSave(proposed);
-        refusal = SaveRefusal(header_, itemGrid_, document_, seriesId_, number);
+        refusal = SaveRefusal(header_, itemGrid_, document_, SeriesId(), number);
         if (refusal.empty()) {
             if (document_.RaiseCancellable(
                     [](DocumentEvents& l, bool& cancel) { l.BeforeSaveDocument(cancel); }))

@@ -120,14 +120,14 @@ std::vector<ui::TextBox*> DocumentScreen::MakeBoxPool() {
 }
 
 void DocumentScreen::Load() {
-    seriesId_ = PresetSeries();
-    if (seriesId_ == 0)
-        seriesId_ = ChooseSeries(app_, Properties().GetValue("DocType").AsText());
-    if (seriesId_ == 0)
+    std::int32_t seriesId = PresetSeries();
+    if (seriesId == 0)
+        seriesId = ChooseSeries(app_, Properties().GetValue("DocType").AsText());
+    if (seriesId == 0)
         throw std::runtime_error("Choose a series to enter its documents.");
     extensions_.Make(app_, document_);
     try {
-        SeriesSelected();
+        ShowSeries(seriesId);
     } catch (...) {
         extensions_.Terminate(); // the screen is not shown, so it never unloads
         throw;
@@ -158,7 +158,11 @@ std::int32_t DocumentScreen::PresetSeries() {
 }
 
 void DocumentScreen::SeriesSelected() {
-    Series series = LoadSeries(Db(), seriesId_);
+    ShowSeries(SeriesId());
+}
+
+void DocumentScreen::ShowSeries(std::int32_t seriesId) {
+    Series series = LoadSeries(Db(), seriesId);
     if (series.boxes.size() > boxPool_.size())
         throw std::runtime_error(
             "The series " + series.Title() +
@@ -192,7 +196,7 @@ void DocumentScreen::FocusFirstBox() {
 void DocumentScreen::NewDocument() {
     ClearContent();
     date_.SetText(lastDate_.value_or(Today()).ToDisplay());
-    proposedNumber_ = std::to_string(NextNumber(Db(), seriesId_));
+    proposedNumber_ = std::to_string(NextNumber(Db(), SeriesId()));
     number_.SetText(proposedNumber_);
     saleType_.SetText("1");
     chargesGrid_.Fill(CurrentSeries(), nullptr);
@@ -205,10 +209,8 @@ void DocumentScreen::NewDocument() {
 
 void DocumentScreen::OpenDocument(std::int32_t documentId) {
     const PropertyBag main = ReadMain(Db(), documentId);
-    if (const auto seriesId = main.GetValue("DOCSERIESID").AsInt(); seriesId != seriesId_) {
-        seriesId_ = seriesId;
-        SeriesSelected();
-    }
+    if (const auto seriesId = main.GetValue("DOCSERIESID").AsInt(); seriesId != SeriesId())
+        ShowSeries(seriesId);
     ClearContent();
     document_.SetIdentity(documentId, false);
     document_.Raise([](DocumentEvents& l) { l.EditDocumentBegin(); });
@@ -281,16 +283,15 @@ void DocumentScreen::RecalcGrid() {
 }
 
 void DocumentScreen::Browse() {
-    if (const std::int32_t chosen = ChooseDocument(app_, seriesId_, CurrentSeries().Title()))
+    if (const std::int32_t chosen = ChooseDocument(app_, SeriesId(), CurrentSeries().Title()))
         OpenDocument(chosen);
 }
 
 void DocumentScreen::ChangeSeries() {
     const std::int32_t chosen = ChooseSeries(app_, "");
-    if (chosen == 0 || chosen == seriesId_)
+    if (chosen == 0 || chosen == SeriesId())
         return;
-    seriesId_ = chosen;
-    SeriesSelected();
+    ShowSeries(chosen);
 }
 
 void DocumentScreen::PrintDocument() {

@@ -88,6 +88,9 @@ private:
     const Series& CurrentSeries() const { return document_.CurrentSeries(); }
     std::vector<ui::TextBox*> MakeBoxPool();
     std::int32_t PresetSeries();
+    // Sets the screen up for a series; the screen changes series only once it has loaded.
+    void ShowSeries(std::int32_t seriesId);
+    std::int32_t SeriesId() const { return CurrentSeries().id; }
     void ClearContent();
     void FocusFirstBox();
     std::string ContentNow() const;
@@ -129,7 +132,6 @@ private:
     // Destroyed before the document they are bound to.
     DocumentExtensions extensions_;
 
-    std::int32_t seriesId_ = 0;
     std::string shownContent_;   // the document as last shown, new or opened
     std::string proposedNumber_; // the number a new document was shown with
     bool showGridInfo_ = false;

@@ -478,6 +478,16 @@ TEST_F(DocumentEngineTest, AnotherSeriesRebuildsTheScreenAndAPurchaseCreditsTheP
          })
         Db().ExecuteSql(sql);
     auto& screen = OpenSeries();
+    // A series imported meanwhile with more boxes than the screen has cannot be shown: the
+    // screen stays on its own series, numbering included.
+    Db().ExecuteSql("INSERT INTO DOCCONFIG (SERIESID, SERIESCODE, SERIESNAME, DOCTYPE, NEXTNUMBER) "
+                    "VALUES (3, 'PX', 'Wide', 'Sale', 50)");
+    Db().ExecuteSql("INSERT INTO DOCBOXES (SERIESID, POSITION, BOXNAME, CAPTION) VALUES "
+                    "(3, 1, 'A', 'A'), (3, 2, 'B', 'B'), (3, 3, 'C', 'C')");
+    ChooseInNextList("Wide");
+    Press(screen, ui::Key::F4);
+    ASSERT_TRUE(Press(screen, ui::Key::F5));
+    EXPECT_EQ(screen.Get<ui::TextBox>("txpDocNo").Text(), "1");
     TakeLog();
     ChooseInNextList("Purchase");
     ASSERT_TRUE(Press(screen, ui::Key::F4));
