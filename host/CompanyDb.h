@@ -74,6 +74,11 @@ public:
     // be empty); a null Value, read as 0 or "", when there is none.
     virtual Value LookupValue(std::string_view table, std::string_view fieldOrAggregate,
                               std::string_view condition) = 0;
+    // The same with a condition that holds a "?" for each value, in order, bound as it is: a
+    // text is never written into SQL, and a look-up made again with other values is the same
+    // statement, prepared once. For the host's own statements (a ledger row's narration).
+    virtual Value LookupValue(std::string_view table, std::string_view fieldOrAggregate,
+                              std::string_view condition, const std::vector<Value>& values) = 0;
 
     // The backend's SQL literal of a day.
     virtual std::string DateLiteral(Date date) const = 0;

@@ -10,8 +10,7 @@ std::int32_t LedgerVoucherUtil::NextVoucherId(CompanyDb& db) {
 }
 
 void LedgerVoucherUtil::AddVoucherRow(CompanyDb& db, Recordset& rows, const VoucherRow& row) {
-    auto narrationId =
-        db.LookupValue("FANAR", "NARRATIONID", "NARRATION=" + SqlQuote(row.narration)).AsInt();
+    auto narrationId = db.LookupValue("FANAR", "NARRATIONID", "NARRATION=?", {row.narration}).AsInt();
     if (narrationId == 0) {
         narrationId = db.LookupValue("FANAR", "MAX(NARRATIONID)", "").AsInt() + 1;
         db.ExecuteSql("INSERT INTO FANAR (NARRATIONID, NARRATION) VALUES (" +

@@ -150,6 +150,7 @@ SqliteCompanyDb::SqliteCompanyDb(sqlite3* db, std::filesystem::path path)
 SqliteCompanyDb::~SqliteCompanyDb() {
     if (inTransaction_)
         sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
+    cache_.Clear();
     sqlite3_close_v2(db_);
 }
 
@@ -195,19 +196,22 @@ void SqliteCompanyDb::Run(std::string_view sql) {
 }
 
 void SqliteCompanyDb::ExecuteSql(std::string_view sql, int /*options: no rows wanted*/) {
-    const std::string adapted = AdaptSql(sql);
-    for (std::string_view rest = adapted;;) {
-        Statement statement(db_, rest, sql);
-        if (statement.Empty())
-            break;
-        while (statement.Step()) {
+    Statement first(db_, sql, sql, &cache_, Statement::Text::Module);
+    // A text may hold several statements; the ones after the first are prepared from the rest
+    // of its adapted text as they come.
+    std::unique_ptr<Statement> next;
+    for (Statement* statement = &first; !statement->Empty();) {
+        while (statement->Step()) {
         }
-        rest = statement.Rest();
+        if (statement->Rest().empty())
+            break;
+        next = std::make_unique<Statement>(db_, statement->Rest(), sql);
+        statement = next.get();
     }
 }
 
 std::unique_ptr<Recordset> SqliteCompanyDb::OpenRecordset(std::string_view sql) {
-    return std::make_unique<SqliteRecordset>(db_, sql);
+    return std::make_unique<SqliteRecordset>(db_, cache_, sql);
 }
 
 std::unique_ptr<Statement> SqliteCompanyDb::Query(std::string_view sql) {
@@ -284,7 +288,17 @@ Value SqliteCompanyDb::LookupValue(std::string_view table, std::string_view fiel
     std::string sql = "SELECT " + std::string(fieldOrAggregate) + " FROM " + std::string(table);
     if (!IsBlank(condition))
         sql += " WHERE " + std::string(condition);
-    Statement query(db_, AdaptSql(sql + " LIMIT 1"), sql);
+    Statement query(db_, sql + " LIMIT 1", sql, &cache_, Statement::Text::Module);
+    return query.Step() ? query.Column(0) : Value();
+}
+
+Value SqliteCompanyDb::LookupValue(std::string_view table, std::string_view fieldOrAggregate,
+                                   std::string_view condition, const std::vector<Value>& values) {
+    const std::string sql = "SELECT " + std::string(fieldOrAggregate) + " FROM " +
+                            std::string(table) + " WHERE " + std::string(condition);
+    Statement query(db_, sql + " LIMIT 1", sql, &cache_, Statement::Text::Module);
+    for (std::size_t i = 0; i < values.size(); ++i)
+        query.Bind(static_cast<int>(i) + 1, values[i]);
     return query.Step() ? query.Column(0) : Value();
 }
 

@@ -2,6 +2,8 @@
 // A company kept in one SQLite file: embedded, nothing to install, copied and backed up as a
 // file. The module's SQL text reaches SQLite through AdaptSql.
 
+#include "StatementCache.h"
+
 #include "host/CompanyDb.h"
 
 #include <filesystem>
@@ -42,6 +44,8 @@ public:
                    const std::vector<std::string>& fields) override;
     Value LookupValue(std::string_view table, std::string_view fieldOrAggregate,
                       std::string_view condition) override;
+    Value LookupValue(std::string_view table, std::string_view fieldOrAggregate,
+                      std::string_view condition, const std::vector<Value>& values) override;
     std::string DateLiteral(Date date) const override;
 
     void BeginTransaction() override;
@@ -57,6 +61,7 @@ private:
     void InOneUnit(const std::function<void()>& work);
 
     sqlite3* db_;
+    StatementCache cache_;
     std::filesystem::path path_;
     bool readOnly_;
     bool inTransaction_ = false;

@@ -1,6 +1,7 @@
 #include "SqliteRecordset.h"
 
 #include "SqliteStatement.h"
+#include "StatementCache.h"
 
 #include <sqlite3.h>
 
@@ -25,9 +26,12 @@ std::string QuotedName(std::string_view name) {
 
 } // namespace
 
-SqliteRecordset::SqliteRecordset(sqlite3* db, std::string_view sql) : db_(db), sql_(sql) {
+SqliteRecordset::SqliteRecordset(sqlite3* db, StatementCache& cache, std::string_view sql)
+    : db_(db), cache_(cache), sql_(sql) {
     const std::string adapted = AdaptSql(sql);
     writable_ = AsWritableQuery(adapted);
+    // Not kept: a query's columns are read before it runs, and a kept "SELECT *" would still
+    // name the columns a table had when it was prepared.
     Statement query(db, writable_ ? writable_->sqlWithRowid : adapted, sql);
     if (query.Empty())
         throw DbError("no query in: " + sql_);
@@ -41,7 +45,7 @@ SqliteRecordset::SqliteRecordset(sqlite3* db, std::string_view sql) : db_(db), s
         if (writable_)
             row.rowid = std::get<std::int64_t>(query.Column(0).Raw());
         for (int i = first; i < query.ColumnCount(); ++i)
-            row.values.push_back(query.Column(i));
+            row.values.push_back(query.Column(i, kinds_[static_cast<std::size_t>(i - first)]));
         rows_.push_back(std::move(row));
     }
 }
@@ -73,12 +77,12 @@ bool SqliteRecordset::HasField(std::string_view name) const {
 }
 
 Value SqliteRecordset::Field(std::string_view name) const {
-    return CurrentRow().values[FieldIndex(name)];
+    return StoredRow().values[FieldIndex(name)];
 }
 
 Value SqliteRecordset::Field(int index) const {
     FieldName(index); // checks the index
-    return CurrentRow().values[static_cast<std::size_t>(index)];
+    return StoredRow().values[static_cast<std::size_t>(index)];
 }
 
 void SqliteRecordset::AddNew() {
@@ -131,15 +135,17 @@ void SqliteRecordset::Update() {
         return; // nothing changed
     }
 
-    Statement write(db_, sql);
+    Statement write(db_, sql, {}, &cache_);
     int parameter = 0;
     for (std::size_t i : changed)
         write.Bind(++parameter, row.values[i], kinds_[i]);
     if (row.rowid != 0)
         write.Bind(++parameter, Value(row.rowid));
     write.Step();
-    // Read the row back, so that defaults and stored forms show as the database holds them.
-    ReadRow(row.rowid != 0 ? row.rowid : sqlite3_last_insert_rowid(db_), row);
+    if (row.rowid == 0)
+        row.rowid = sqlite3_last_insert_rowid(db_);
+    std::fill(row.changed.begin(), row.changed.end(), false);
+    row.readBack = true;
 }
 
 void SqliteRecordset::Close() {
@@ -171,19 +177,28 @@ SqliteRecordset::Row& SqliteRecordset::CurrentRow() {
     return const_cast<Row&>(std::as_const(*this).CurrentRow());
 }
 
+const SqliteRecordset::Row& SqliteRecordset::StoredRow() const {
+    auto& self = const_cast<SqliteRecordset&>(*this);
+    Row& row = self.CurrentRow();
+    if (row.readBack)
+        self.ReadRow(row.rowid, row);
+    return row;
+}
+
 bool SqliteRecordset::HasUnwrittenChanges() const {
     return !EndOfRows() && std::ranges::any_of(rows_[current_].changed, [](bool c) { return c; });
 }
 
 void SqliteRecordset::ReadRow(std::int64_t rowid, Row& row) {
-    Statement read(db_, "SELECT * FROM " + writable_->table + " WHERE rowid=?");
+    Statement read(db_, "SELECT * FROM " + writable_->table + " WHERE rowid=?", {}, &cache_);
     read.Bind(1, Value(rowid));
     if (!read.Step())
         throw DbError("the row written is gone from " + writable_->table);
     row.rowid = rowid;
     for (std::size_t i = 0; i < row.values.size(); ++i)
-        row.values[i] = read.Column(static_cast<int>(i));
+        row.values[i] = read.Column(static_cast<int>(i), kinds_[i]);
     std::fill(row.changed.begin(), row.changed.end(), false);
+    row.readBack = false;
 }
 
 } // namespace qx::db

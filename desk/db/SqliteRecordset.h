@@ -17,10 +17,12 @@ struct sqlite3;
 
 namespace qx::db {
 
+class StatementCache;
+
 class SqliteRecordset final : public Recordset {
 public:
-    // db must outlive a writable row set.
-    SqliteRecordset(sqlite3* db, std::string_view sql);
+    // db and its statement cache must outlive a writable row set.
+    SqliteRecordset(sqlite3* db, StatementCache& cache, std::string_view sql);
 
     bool EndOfRows() const override;
     void MoveNext() override;
@@ -40,16 +42,22 @@ private:
         std::int64_t rowid = 0; // 0: a new row not written yet
         std::vector<Value> values;
         std::vector<bool> changed;
+        // Written, and to be read back before its values are read: defaults and stored forms
+        // show as the database holds them. A row appended and never read is not read back.
+        bool readBack = false;
     };
 
     std::optional<std::size_t> FindField(std::string_view name) const;
     std::size_t FieldIndex(std::string_view name) const;
     const Row& CurrentRow() const;
     Row& CurrentRow();
+    // The current row as the database holds it.
+    const Row& StoredRow() const;
     bool HasUnwrittenChanges() const;
     void ReadRow(std::int64_t rowid, Row& row);
 
     sqlite3* db_;
+    StatementCache& cache_;
     std::string sql_;
     std::optional<WritableQuery> writable_;
     std::vector<std::string> names_;

@@ -1,6 +1,7 @@
 #include "SqliteStatement.h"
 
 #include "SqliteErrors.h"
+#include "StatementCache.h"
 
 #include <sqlite3.h>
 
@@ -9,17 +10,43 @@
 
 namespace qx::db {
 
-Statement::Statement(sqlite3* db, std::string_view sql, std::string_view shownSql)
+namespace {
+
+bool IsBlank(std::string_view text) {
+    return text.find_first_not_of(" \t\r\n;") == std::string_view::npos;
+}
+
+} // namespace
+
+Statement::Statement(sqlite3* db, std::string_view sql, std::string_view shownSql,
+                     StatementCache* cache, Text text)
     : db_(db), shownSql_(shownSql.empty() ? sql : shownSql) {
+    if (cache)
+        if ((stmt_ = cache->Take(sql))) {
+            cache_ = cache;
+            cacheKey_ = sql;
+            return; // a kept statement is its whole text: nothing rests
+        }
+    std::string_view prepared = sql;
+    if (text == Text::Module)
+        prepared = adapted_ = AdaptSql(sql);
     const char* tail = nullptr;
-    if (sqlite3_prepare_v2(db, sql.data(), static_cast<int>(sql.size()), &stmt_, &tail) !=
-        SQLITE_OK)
+    if (sqlite3_prepare_v2(db, prepared.data(), static_cast<int>(prepared.size()), &stmt_,
+                           &tail) != SQLITE_OK)
         Fail();
-    rest_ = sql.substr(static_cast<std::size_t>(tail - sql.data()));
+    rest_ = prepared.substr(static_cast<std::size_t>(tail - prepared.data()));
+    // Only a statement that is the whole text can stand for it.
+    if (cache && stmt_ && IsBlank(rest_)) {
+        cache_ = cache;
+        cacheKey_ = sql;
+    }
 }
 
 Statement::~Statement() {
-    sqlite3_finalize(stmt_);
+    if (cache_)
+        cache_->Give(std::move(cacheKey_), stmt_);
+    else
+        sqlite3_finalize(stmt_);
 }
 
 void Statement::Fail() const {
@@ -86,11 +113,10 @@ SqlTypeKind Statement::ColumnKind(int index) const {
     return declared != nullptr ? ClassifySqlType(declared) : SqlTypeKind::Other;
 }
 
-Value Statement::Column(int index) const {
+Value Statement::Column(int index, SqlTypeKind kind) const {
     const int stored = sqlite3_column_type(stmt_, index);
     if (stored == SQLITE_NULL)
         return {};
-    const SqlTypeKind kind = ColumnKind(index);
     if (stored == SQLITE_INTEGER) {
         const std::int64_t number = sqlite3_column_int64(stmt_, index);
         if (kind == SqlTypeKind::Decimal)

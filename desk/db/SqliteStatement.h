@@ -14,11 +14,20 @@ struct sqlite3_stmt;
 
 namespace qx::db {
 
+class StatementCache;
+
 class Statement {
 public:
-    // Prepares the first statement of sql (already adapted). Errors throw DbError naming
-    // shownSql, the text as its author wrote it (sql itself when empty).
-    Statement(sqlite3* db, std::string_view sql, std::string_view shownSql = {});
+    // What the text given is: SQLite's own, or a module's, adapted (AdaptSql) before it is
+    // prepared.
+    enum class Text { Adapted, Module };
+
+    // Prepares the first statement of sql. Errors throw DbError naming shownSql, the text as
+    // its author wrote it (sql itself when empty). With a cache, a statement of the same text
+    // kept there is taken instead of adapted and prepared again, and a single statement is
+    // given back to it when done.
+    Statement(sqlite3* db, std::string_view sql, std::string_view shownSql = {},
+              StatementCache* cache = nullptr, Text text = Text::Adapted);
     ~Statement();
     Statement(const Statement&) = delete;
     Statement& operator=(const Statement&) = delete;
@@ -43,15 +52,21 @@ public:
     SqlTypeKind ColumnKind(int index) const;
     // By the declared type when there is one: integers as int64, decimal columns as Amount,
     // ISO text in a date column as Date; otherwise by what SQLite holds (int64, double, text).
-    Value Column(int index) const;
+    Value Column(int index) const { return Column(index, ColumnKind(index)); }
+    // The same, for a caller that knows the column's kind already.
+    Value Column(int index, SqlTypeKind kind) const;
 
 private:
     [[noreturn]] void Fail() const;
 
     sqlite3* db_;
     sqlite3_stmt* stmt_ = nullptr;
+    std::string adapted_; // a module's text as it was prepared
     std::string_view rest_;
     std::string shownSql_;
+    // Where the statement goes back to, under its text; null when it is finalized.
+    StatementCache* cache_ = nullptr;
+    std::string cacheKey_;
 };
 
 } // namespace qx::db

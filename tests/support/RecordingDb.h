@@ -32,6 +32,10 @@ public:
     Value LookupValue(std::string_view table, std::string_view field, std::string_view condition) override {
         return inner_.LookupValue(table, field, condition);
     }
+    Value LookupValue(std::string_view table, std::string_view field, std::string_view condition,
+                      const std::vector<Value>& values) override {
+        return inner_.LookupValue(table, field, condition, values);
+    }
     std::string DateLiteral(Date date) const override { return inner_.DateLiteral(date); }
     void BeginTransaction() override { inner_.BeginTransaction(); }
     void Commit() override { inner_.Commit(); }

@@ -585,6 +585,11 @@ TEST_F(Company, AbsenceIsAResultAndAnErrorIsAnError) {
     AddModuleSchema();
     EXPECT_TRUE(db_->LookupValue("MARKETMASTER", "MAX(MARKETID)", "").IsNull());
     EXPECT_TRUE(db_->LookupValue("FAMASTER", "MCD", "MHD='NOBODY'").IsNull());
+    db_->ExecuteSql("INSERT INTO FAMASTER (MCD, MHD) VALUES (7, 'RAM D''SOUZA')");
+    for (const char* name : {"RAM D'SOUZA", "NOBODY", "RAM D'SOUZA"})
+        EXPECT_EQ(db_->LookupValue("FAMASTER", "MCD", "MHD=?", {name}).AsInt(),
+                  name[0] == 'R' ? 7 : 0)
+            << name;
     EXPECT_FALSE(db_->FieldExists("NOSUCHFIELD", "MARKETMASTER"));
 
     // A wrong column, a wrong table or a broken condition is an error, never "nothing found";
@@ -621,6 +626,10 @@ TEST_F(Company, ColumnsAreAddedOnlyWhenMissing) {
                                                       {"qVATRateCode", "INT"}}));
     db_->ExecuteSql("INSERT INTO STKMASTER (QMCD,qMarketFee) VALUES (1,2)");
     EXPECT_EQ(db_->LookupValue("STKMASTER", "qMarketFee/4", "QMCD=1"), Value(0.5));
+    // Statements are kept to be run again: one kept from before a column was added sees it.
+    EXPECT_FALSE(db_->OpenRecordset("SELECT * FROM STKMASTER")->HasField("qPIDF"));
+    db_->AddFields("STKMASTER", "Decimal(8,4)", {"qPIDF"});
+    EXPECT_TRUE(db_->OpenRecordset("SELECT * FROM STKMASTER")->HasField("qPIDF"));
 
     db_->ExecuteSql("ALTER TABLE STKMASTER ADD qSeries VARCHAR(10) NOT NULL");
     EXPECT_EQ(db_->LookupValue("STKMASTER", "qSeries", "QMCD=1"), Value(""));
@@ -641,5 +650,8 @@ TEST_F(Company, TransactionIsAllOrNothing) {
         save.Commit();
     }
     EXPECT_EQ(db_->LookupValue("FADOCS", "ISAUTOVOUCHER", "VOUCHERID=7"), Value(-1));
+    for (int twice = 0; twice < 2; ++twice) // the same text, run again from its kept statement
+        db_->ExecuteSql("DELETE FROM FADOCS WHERE VOUCHERID=7");
+    EXPECT_TRUE(db_->LookupValue("FADOCS", "VOUCHERID", "VOUCHERID=7").IsNull());
     EXPECT_THROW(db_->Commit(), DbError);
 }
