@@ -17,6 +17,10 @@
 
 namespace qx {
 
+// The mark, in a line's ROW_MARK column, of a line an extension adds while the document is
+// saved (a stock movement of its own): saved with the document, never shown as a line.
+inline constexpr std::string_view kHiddenRowMark = "*Hidden*";
+
 // The document-entry screen, whose members a module reads and writes by name.
 class DocumentForm {
 public:

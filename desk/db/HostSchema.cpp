@@ -207,7 +207,11 @@ const std::vector<TableSpec> kTables = {
       {"OH_OTHERS", kMoney},
       {"PCS", kQuantity},
       {"TOTALWT", kQuantity},
-      {"SALEAMOUNT", kMoney}},
+      {"SALEAMOUNT", kMoney},
+      // a quantity the line differs by from what it settles, as its series' extension means it
+      {"DIFFQTY", kQuantity},
+      // "*Hidden*": a line an extension wrote while saving, saved but never shown
+      {"ROWMARK", "VARCHAR(20)"}},
      {"DOCUMENTID", "REFNO"}},
     // Ledger rows: DAMT positive for debit, negative for credit; DSRNO numbers the rows of a
     // voucher

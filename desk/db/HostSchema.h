@@ -28,6 +28,8 @@ inline constexpr std::array kSchemaHistory = {
                      "replaces the plain index)"},
     SchemaVersion{7, "series: the account groups of the party (DOCCONFIG.PARTYGROUPS) and of a "
                      "party column (DOCCOLUMNS.GROUPS); boxes that must be filled (REQUIRED)"},
+    SchemaVersion{8, "document lines: a line's difference quantity (DOCDATA.DIFFQTY) and the "
+                     "marker of lines an extension keeps out of sight (ROWMARK)"},
 };
 inline constexpr int kHostSchemaVersion = kSchemaHistory.back().version;
 

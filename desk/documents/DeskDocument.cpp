@@ -22,6 +22,31 @@ bool DeskDocument::IsLine(int row) const {
     return codeCol > 0 && !TextToAmount(form_.Grid().TextMatrix(row, codeCol)).IsZero();
 }
 
+bool DeskDocument::IsHiddenLine(int row) const {
+    const int markCol = form_.Member("COL_ROW_MARK");
+    return markCol > 0 &&
+           form_.Grid().TextMatrix(row, markCol).find(kHiddenRowMark) != std::string::npos;
+}
+
+// The ids the boxes' modules chose; 0 for none.
+std::vector<std::int64_t> DeskDocument::LookupChoices() const {
+    std::vector<std::int64_t> choices;
+    for (const SeriesBox& box : series_.boxes)
+        if (!box.lookup.empty() && !box.field.empty())
+            choices.push_back(mainFields_.GetValue(box.field).AsLong());
+    return choices;
+}
+
+void DeskDocument::SelectSeries() {
+    selectedWith_ = LookupChoices();
+    Raise([](DocumentEvents& l) { l.SelectSeries(); });
+}
+
+void DeskDocument::KeepSeriesSelection() {
+    if (LookupChoices() != selectedWith_)
+        SelectSeries();
+}
+
 Date DeskDocument::DocDate() const {
     return Date::ParseDisplay(form_.TxpDocDate().Text()).value_or(Date());
 }
@@ -34,7 +59,7 @@ Amount DeskDocument::DocumentAmount() const {
         return total;
     ui::Grid& grid = form_.Grid();
     for (int row = 1; row < grid.Rows(); ++row)
-        if (IsLine(row))
+        if (IsLine(row) && !IsHiddenLine(row))
             total += TextToAmount(grid.TextMatrix(row, amountCol));
     return total;
 }

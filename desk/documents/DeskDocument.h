@@ -31,6 +31,15 @@ public:
     }
     // Whether a row of the item grid is a line of the document: it holds an item.
     bool IsLine(int row) const;
+    // A line an extension added while saving (kHiddenRowMark): saved, but not part of what the
+    // document shows, bills or posts.
+    bool IsHiddenLine(int row) const;
+    // Raises SelectSeries: the series is selected with what the header's look-up boxes hold
+    // (a record a module chose, such as a form's market).
+    void SelectSeries();
+    // Raises SelectSeries again when what those boxes hold is no longer what it was raised
+    // with, so that an extension that keeps it at series selection keeps the document's.
+    void KeepSeriesSelection();
     // Raises an event on every subscribed extension, in the order they subscribed.
     template <class F> void Raise(F&& raise) {
         auto listeners = listeners_; // a handler may unsubscribe while the event runs
@@ -73,6 +82,8 @@ public:
     void Unsubscribe(DocumentEvents& listener) override;
 
 private:
+    std::vector<std::int64_t> LookupChoices() const;
+
     DeskApp& app_;
     DocumentForm& form_;
     Series series_;
@@ -80,6 +91,7 @@ private:
     std::int32_t documentId_ = 0;
     bool isNew_ = true;
     std::int32_t partyId_ = 0;
+    std::vector<std::int64_t> selectedWith_; // the look-up boxes' choices at SelectSeries
     std::map<int, Amount> postingValues_;
     PropertyBag voucherFields_;
     std::vector<DocumentEvents*> listeners_;

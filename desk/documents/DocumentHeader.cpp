@@ -169,6 +169,7 @@ void DocumentHeader::CheckLookupBox(std::size_t index, bool& cancel) {
     boxChoices_[index].clear();
     if (!box.field.empty())
         document_.MainFields().SetValue(box.field, 0);
+    document_.KeepSeriesSelection();
 }
 
 // The module whose operation the box names chooses the record: it is given the id and text
@@ -192,6 +193,7 @@ void DocumentHeader::LookUpBox(std::size_t index) {
     });
     if (!offered)
         Warn(app_, "No module offers " + box.lookup + ".");
+    document_.KeepSeriesSelection();
 }
 
 } // namespace qx::desk

@@ -170,7 +170,7 @@ void DocumentScreen::ShowSeries(std::int32_t seriesId) {
     AddSeriesFields(Db(), series);
     document_.SetSeries(std::move(series));
     SetCaption(CurrentSeries().Title());
-    document_.Raise([](DocumentEvents& l) { l.SelectSeries(); });
+    document_.SelectSeries();
     itemGrid_.Build();
     header_.SetUp();
     document_.Raise([](DocumentEvents& l) { l.MakeInputControls(); });
@@ -203,6 +203,7 @@ void DocumentScreen::NewDocument() {
     totals_.Show();
     SetupMode();
     FocusFirstBox();
+    document_.KeepSeriesSelection();
     document_.Raise([](DocumentEvents& l) { l.NewDocumentEnd(); });
     shownContent_ = ContentNow();
 }
@@ -215,6 +216,7 @@ void DocumentScreen::OpenDocument(std::int32_t documentId) {
     document_.SetIdentity(documentId, false);
     document_.Raise([](DocumentEvents& l) { l.EditDocumentBegin(); });
     header_.ShowSaved(main);
+    document_.KeepSeriesSelection();
     document_.Raise([&](DocumentEvents& l) { l.EditMain(main); });
     itemGrid_.ShowSaved(ReadLines(Db(), documentId));
     const std::vector<AppliedCharge> charges = ReadCharges(Db(), documentId);

@@ -49,9 +49,14 @@ void DocumentWriter::Write(std::int32_t number, bool cancelled) {
             throw SaveRefused(refusal);
         PropertyBag line = items_.LineRecord(row, documentId, ++refNo);
         document_.Raise([&](DocumentEvents& l) { l.SaveItem(row, line); });
+        // A cancelled document is kept for the record and moves nothing.
+        if (main.GetValue("CANCELLED").AsLong() != 0)
+            for (std::string_view factor : {"STOCKFACTOR", "JFACTOR"})
+                line.SetValue(factor, 0);
         WriteLine(*lines, line);
-        voucher.lines.push_back(
-            {line.GetValue("PRODUCTID").AsInt(), line.GetValue("AMOUNT").AsAmount()});
+        if (!document_.IsHiddenLine(row))
+            voucher.lines.push_back(
+                {line.GetValue("PRODUCTID").AsInt(), line.GetValue("AMOUNT").AsAmount()});
     }
     const std::vector<AppliedCharge> charges = charges_.Applied(series, totals);
     WriteCharges(db, documentId, charges);

@@ -94,12 +94,18 @@ void ItemGrid::Clear() {
     grid_.SetRedraw(true);
 }
 
+// A line an extension keeps out of sight is not shown: the extension writes it again when the
+// document is saved.
 void ItemGrid::ShowSaved(const std::vector<PropertyBag>& lines) {
+    std::vector<const PropertyBag*> shown;
+    for (const PropertyBag& line : lines)
+        if (line.GetValue("ROWMARK").AsText().find(kHiddenRowMark) == std::string::npos)
+            shown.push_back(&line);
     grid_.SetRedraw(false);
-    grid_.SetRows(static_cast<int>(lines.size()) + 2);
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        ShowSavedLine(static_cast<int>(i) + 1, lines[i]);
-        document_.Raise([&](DocumentEvents& l) { l.EditItem(lines[i]); });
+    grid_.SetRows(static_cast<int>(shown.size()) + 2);
+    for (std::size_t i = 0; i < shown.size(); ++i) {
+        ShowSavedLine(static_cast<int>(i) + 1, *shown[i]);
+        document_.Raise([&](DocumentEvents& l) { l.EditItem(*shown[i]); });
     }
     grid_.SetRedraw(true);
 }
@@ -193,7 +199,7 @@ Amount ItemGrid::Bags() const {
     Amount bags;
     if (const int bagsCol = Member("COL_NO_OF_BOXES"))
         for (int row = 1; row < grid_.Rows(); ++row)
-            if (document_.IsLine(row))
+            if (document_.IsLine(row) && !document_.IsHiddenLine(row))
                 bags += TextToAmount(grid_.TextMatrix(row, bagsCol));
     return bags;
 }

@@ -31,6 +31,10 @@ constexpr std::array kStandardColumns = {
     StandardColumn{"QUALITY_CUT", ColumnRole::Number, "QUALITYCUT", ""},
     StandardColumn{"BATCH_NO", ColumnRole::Text, "BATCHNO", ""},
     StandardColumn{"SALE_AMOUNT", ColumnRole::Number, "SALEAMOUNT", "c2"},
+    // What the line differs by from what it settles, as its extension means it, and the mark
+    // of a line an extension keeps out of sight (kHiddenRowMark).
+    StandardColumn{"DIFF_QTY", ColumnRole::Number, "DIFFQTY", ""},
+    StandardColumn{"ROW_MARK", ColumnRole::Text, "ROWMARK", ""},
 };
 
 const StandardColumn* FindStandardColumn(std::string_view key) {
