@@ -1,6 +1,8 @@
 #include "CKivraDoc.h"
 
 #include "ChargeRates.h"
+#include "FormSaving.h"
+#include "JFormLines.h"
 #include "LineFigures.h"
 #include "SaveChecks.h"
 #include "TaxSummary.h"
@@ -9,21 +11,7 @@
 
 #include "host/Text.h"
 
-#include <iterator>
-
 namespace kivra {
-namespace {
-
-// The charge rates kept per line of a saved document, in this order.
-constexpr const char* kSavedRateFields[] = {"iMarketFeeRate", "iRDFRate", "iPIDFRate",
-                                            "iPurTaxRate", "iLabourRateIF"};
-constexpr const char* kSavedRateSeparator = "<||>";
-
-std::string SavedRatesKey(const qx::Value& productId) {
-    return "i" + std::to_string(productId.AsLong());
-}
-
-} // namespace
 
 CKivraDoc::CKivraDoc(ModuleContext& context) : form_(context) {}
 
@@ -37,6 +25,7 @@ void CKivraDoc::Init(qx::HostDocument& document) {
     // A document opens even when the company database refuses the module's columns.
     Skipping([&] { CheckKivraFields(document.Database()); });
     Skipping([&] { form_.multipleMarkets = MultipleMarketRqr(form_.Context()); });
+    Skipping([&] { dayColumns_ = DayColumns::Of(document.Database()); });
 }
 
 void CKivraDoc::Terminate() {
@@ -65,6 +54,7 @@ void CKivraDoc::SelectSeries() {
             qx::ContainsNoCase(doc.SeriesInfo().GetValue("SubSeriesName").AsText(), "Local");
     }
     form_.Form().SetShowGridinfo(mode.localPurchase || mode.jForm);
+    form_.seriesMarketId = doc.MainFields().GetValue("MarketID").AsInt();
 }
 
 // ---- New, edit, delete -------------------------------------------------------------------
@@ -89,11 +79,7 @@ void CKivraDoc::EditMain(const qx::PropertyBag& savedMain) {
 }
 
 void CKivraDoc::EditItem(const qx::PropertyBag& savedLine) {
-    std::string rates = savedLine.GetValue(kSavedRateFields[0]).AsText();
-    for (std::size_t i = 1; i < std::size(kSavedRateFields); ++i)
-        rates += kSavedRateSeparator + savedLine.GetValue(kSavedRateFields[i]).AsText();
-    // A later line of the same item replaces what an earlier one kept.
-    savedItemRates_.SetValue(SavedRatesKey(savedLine.GetValue("ProductID")), rates);
+    KeepSavedRates(savedItemRates_, savedLine);
 }
 
 void CKivraDoc::EditDocumentEnd() {
@@ -118,9 +104,9 @@ void CKivraDoc::OpenPendingJFormList() {
     // J-Form items; until then a new I-Form starts empty.
 }
 
-void CKivraDoc::PostDailyVoucher(qx::Date /*day*/) {
-    // The day's consolidated I/J-Form voucher comes with the voucher posting; until then a
-    // deletion leaves the ledger to the host.
+void CKivraDoc::PostDailyVoucher(qx::Date day) {
+    DailyVoucher(form_.Context(), form_.Doc().Database(), form_.multipleMarkets, dayColumns_)
+        .Post(day);
 }
 
 // ---- Typing ---------------------------------------------------------------------------------
@@ -144,6 +130,7 @@ void CKivraDoc::GridCellBeforeLostFocus(int row, int col, const std::string& new
 
 void CKivraDoc::RecalcGridRow(int& row) {
     RecalcLine(form_, row);
+    NoteWeighedDifference(form_, row);
 }
 
 void CKivraDoc::UpdateTotals2() {
@@ -152,6 +139,25 @@ void CKivraDoc::UpdateTotals2() {
 
 void CKivraDoc::BeforeSaveDocument(bool& cancel) {
     CheckBeforeSave(form_, cancel);
+}
+
+void CKivraDoc::SaveDocumentBegin() {
+    BeginSavingForm(form_);
+}
+
+void CKivraDoc::SaveMain(qx::PropertyBag& main) {
+    StampMarket(form_, main);
+}
+
+void CKivraDoc::SaveItem(int row, qx::PropertyBag& item) {
+    SaveFormLine(form_, savedItemRates_, row, item);
+}
+
+// The day the form was on before this edit no longer counts it; the day it is on now does.
+void CKivraDoc::SaveDocumentEnd() {
+    const qx::Date day = form_.Doc().DocDate();
+    if (documentDate_ && *documentDate_ != day) PostDailyVoucher(*documentDate_);
+    PostDailyVoucher(day);
 }
 
 } // namespace kivra

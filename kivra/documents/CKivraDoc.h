@@ -3,8 +3,11 @@
 // into a mandi form (J-Form, I-Form, local or outside purchase). The host creates one per
 // open document screen, binds it with Init and raises the document's events on it; CKivraDoc
 // keeps the per-document state and hands each event to the part that deals with it (line
-// figures, charge rates, checks before saving, the tax summary).
+// figures, charge rates, checks before saving, the tax summary, saving the form, its own
+// voucher and the day's consolidated voucher).
 
+#include "DailyVoucher.h"
+#include "FormVoucher.h"
 #include "MandiForm.h"
 
 #include <cstdint>
@@ -54,14 +57,25 @@ public:
     void UpdateTotals2() override;
     // Saving.
     void BeforeSaveDocument(bool& cancel) override;
+    void SaveDocumentBegin() override;
+    void SaveMain(qx::PropertyBag& main) override;
+    void SaveItem(int row, qx::PropertyBag& item) override;
+    void SaveVoucherBegin() override { voucher_.Begin(); }
+    void SaveVoucherAddRow(const qx::PropertyBag& /*row*/) override { voucher_.RowAdded(); }
+    void SaveVoucherEnd() override { voucher_.End(); }
+    void SaveDocumentEnd() override;
 
-private:
-    // Hooks of the I-Form picking and of the daily consolidated voucher, which come with
-    // those features; for now they do nothing.
-    void OpenPendingJFormList();
+    // Builds the day's consolidated I/J-Form voucher again from the day's documents.
     void PostDailyVoucher(qx::Date day);
 
+private:
+    // The hook of the I-Form picking, which comes with that feature; for now it does nothing.
+    void OpenPendingJFormList();
+
     MandiForm form_;
+    FormVoucher voucher_{form_};
+    // The optional document columns whose heads the day's voucher needs.
+    DayColumns dayColumns_;
     // Chosen in the pending J-Form list of an I-Form.
     std::int32_t pickedProduct_ = 0;
     std::string pickedBatches_;

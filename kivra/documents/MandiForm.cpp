@@ -46,13 +46,16 @@ bool MandiForm::IsGSTApplicableOn(qx::Date documentDate) {
 }
 
 void MandiForm::ForgetModuleColumns() {
+    columns.lineCharges = 0;
     columns.addLessKgs = 0;
     columns.revBags = 0;
     columns.revBags2 = 0;
 }
 
 void MandiForm::NoteColumn(int col, const std::string& key) {
-    if (key == "ADD_LESS_KGS")
+    if (key == "LINE_CHARGES")
+        columns.lineCharges = col;
+    else if (key == "ADD_LESS_KGS")
         columns.addLessKgs = col;
     else if (key == "REV_BAGS")
         columns.revBags = col;
@@ -74,6 +77,9 @@ void MandiForm::FindStandardColumns() {
     columns.pcs = form.Member("COL_PCS");
     columns.qualityCut = form.Member("COL_QUALITY_CUT");
     columns.batchNo = form.Member("COL_BATCH_NO");
+    columns.diffQty = form.Member("COL_DIFF_QTY");
+    columns.rowMark = form.Member("COL_ROW_MARK");
+    columns.saleAmount = form.Member("COL_SALE_AMOUNT");
 }
 
 void MandiForm::FindInputBoxes() {
@@ -116,6 +122,10 @@ void MandiForm::SetCellInColumnFormat(int row, int col, qx::Amount value) {
 std::int32_t MandiForm::FirstLineItemCode() const {
     if (ItemGrid().Rows() < 2) return 0;
     return qx::Value(Cell(1, columns.stkCode)).AsInt();
+}
+
+bool MandiForm::IsCompanionRow(int row) const {
+    return Cell(row, columns.rowMark).find(qx::kHiddenRowMark) != std::string::npos;
 }
 
 std::int32_t MandiForm::MarketId() const {

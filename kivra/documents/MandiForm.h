@@ -43,11 +43,22 @@ struct ItemColumns {
     int pcs = 0;
     int qualityCut = 0;
     int batchNo = 0;
+    // The charges of a J-Form line that the firm bears when it buys the line itself.
+    int lineCharges = 0;
+    // An I-Form line's difference quantity, the marker of the extension's own companion rows
+    // and the sale amount such a row carries.
+    int diffQty = 0;
+    int rowMark = 0;
+    int saleAmount = 0;
 };
 
-// The charges grid: one row per charge of the document, its key and rate at these columns.
+// The charges grid: one row per charge of the document, its key, rate, amount and ledger head
+// at these columns.
 inline constexpr int kChargeRateCol = 3;
+inline constexpr int kChargeAmountCol = 4;
 inline constexpr int kChargeKeyCol = 17;
+inline constexpr int kChargeHeadCol = 24;
+
 
 // Runs one step of a sequence whose failures the module's rules skip, so that the next step
 // still runs.
@@ -79,6 +90,9 @@ public:
     SeriesMode mode;
     ItemColumns columns;
     bool multipleMarkets = false;
+    // The market the document's main fields held when the series was selected, which a new
+    // document is saved in.
+    std::int32_t seriesMarketId = 0;
 
     // The series' columns and boxes, found as the host builds the screen.
     void ForgetModuleColumns();
@@ -96,6 +110,8 @@ public:
     void SetCellInColumnFormat(int row, int col, qx::Amount value);
     // The item on the first line, which decides the rates of the whole document; 0 for none.
     std::int32_t FirstLineItemCode() const;
+    // A row the extension added while saving (marked kHiddenRowMark), not a line the user sees.
+    bool IsCompanionRow(int row) const;
     // The document's market as its main fields hold it now: the user may choose it in the
     // header after the series was selected, and a new document starts without one.
     std::int32_t MarketId() const;

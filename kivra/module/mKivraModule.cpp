@@ -58,6 +58,15 @@ void CheckKivraFields(qx::CompanyDb& db) {
                       128);
     } catch (const std::exception&) {
     }
+    // The check before every save looks a form up by its plain columns, which the unique index
+    // above (of expressions, over the numbered forms only) cannot serve: without this one each
+    // save would read every document of the season.
+    try {
+        db.ExecuteSql("CREATE INDEX IF NOT EXISTS DOCMAIN_FORMNO_CHECK ON DOCMAIN (FORMNO, "
+                      "DOCSERIES, FORMBOOKNO, MARKETID)",
+                      128);
+    } catch (const std::exception&) {
+    }
 }
 
 bool MultipleMarketRqr(ModuleContext& context) {

@@ -37,6 +37,12 @@ protected:
         Db().AddFields("STKMASTER", "Decimal(12,4)",
                        {"qLabourJF", "qLabour", "qDamiIF", "qDami", "qDharamIF", "qLoadingIF",
                         "qLoading", "qStitchIF", "qStitch", "qDamping", "qCommission"});
+        Db().AddFields("STKMASTER", "int", {"qVATRateCode"});
+        MakeCompany();
+    }
+
+    // The firm's masters and series.
+    virtual void MakeCompany() {
         for (const char* sql : kCompany)
             Db().ExecuteSql(sql);
     }
@@ -157,6 +163,16 @@ private:
         "(301, 'LABOUR A/C', ''), (302, 'DAMI A/C', ''), (303, 'LABOUR I-FORM A/C', ''), "
         "(304, 'LOADING A/C', ''), (305, 'STITCHING A/C', ''), (306, 'DHARMADA A/C', ''), "
         "(310, 'PURCHASE FOOD GRAINS', ''), (399, 'ROUND OFF', '')",
+        // The heads of the day's consolidated voucher and of the agent's own purchases.
+        "INSERT INTO FAMASTER (MCD, MHD, MST) VALUES (320, 'DHARAM A/C', ''), "
+        "(321, 'J-FORM / I-FORM CONTROL A/C', ''), (322, 'LABOUR A/C (J-FORMS)', ''), "
+        "(323, 'LABOUR A/C (I-FORMS)', ''), (324, 'FOOD GRAINS MAL KHATA', ''), "
+        "(325, 'MARKET FEE : FOOD GRAINS', ''), (326, 'MARKET FEE PAYABLE', ''), "
+        "(327, 'R.D.F. : FOOD GRAINS', ''), (328, 'R.D.F. PAYABLE', ''), "
+        "(329, 'P.I.D.F. : FOOD GRAINS', ''), (330, 'P.I.D.F. PAYABLE', ''), "
+        "(331, 'CANCER FUND : FOOD GRAINS', ''), (332, 'CANCER FUND PAYABLE', ''), "
+        "(333, 'LABOUR (SELF) : FOOD GRAINS', ''), (334, 'LABOUR PAYABLE', ''), "
+        "(335, 'LABOUR : FOOD GRAINS', '')",
         // The purchases post their own vouchers; the forms go into the day's voucher.
         "INSERT INTO VATCATEGORYTAXRATES (SERIESID, VATCTGNO, SALEPOSTINGCODE) VALUES "
         "(3, 1, 310), (4, 1, 310)",
