@@ -11,10 +11,13 @@
 namespace qx::db {
 namespace {
 
-bool SameName(std::string_view a, std::string_view b) {
-    auto upper = [](char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 32) : c; };
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
-                                              [&](char x, char y) { return upper(x) == upper(y); });
+// Field names are found without regard to letter case.
+std::string NameKey(std::string_view name) {
+    std::string key(name);
+    for (char& c : key)
+        if (c >= 'a' && c <= 'z')
+            c = static_cast<char>(c - 32);
+    return key;
 }
 
 std::string QuotedName(std::string_view name) {
@@ -30,17 +33,19 @@ SqliteRecordset::SqliteRecordset(sqlite3* db, StatementCache& cache, std::string
     : db_(db), cache_(cache), sql_(sql) {
     const std::string adapted = AdaptSql(sql);
     writable_ = AsWritableQuery(adapted);
-    // Not kept: a query's columns are read before it runs, and a kept "SELECT *" would still
-    // name the columns a table had when it was prepared.
-    Statement query(db, writable_ ? writable_->sqlWithRowid : adapted, sql);
+    Statement query(db, writable_ ? writable_->sqlWithRowid : adapted, sql, &cache_);
     if (query.Empty())
         throw DbError("no query in: " + sql_);
+    // The columns are read once the query has run: a kept "SELECT *" prepared before its table
+    // gained a column is prepared again as it runs.
+    bool more = query.Step();
     const int first = writable_ ? 1 : 0; // the rowid column is not one of the fields
     for (int i = first; i < query.ColumnCount(); ++i) {
         names_.push_back(query.ColumnName(i));
         kinds_.push_back(query.ColumnKind(i));
+        byName_.try_emplace(NameKey(names_.back()), names_.size() - 1); // the first of a name
     }
-    while (query.Step()) {
+    for (; more; more = query.Step()) {
         Row row{0, {}, std::vector<bool>(names_.size(), false)};
         if (writable_)
             row.rowid = std::get<std::int64_t>(query.Column(0).Raw());
@@ -115,31 +120,43 @@ void SqliteRecordset::Update() {
         if (row.changed[i])
             changed.push_back(i);
 
-    std::string sql;
-    if (row.rowid == 0 && changed.empty()) {
-        sql = "INSERT INTO " + writable_->table + " DEFAULT VALUES";
-    } else if (row.rowid == 0) {
-        std::string columns;
-        std::string parameters;
-        for (std::size_t i : changed) {
-            columns += (columns.empty() ? "" : ",") + QuotedName(names_[i]);
-            parameters += parameters.empty() ? "?" : ",?";
-        }
-        sql = "INSERT INTO " + writable_->table + " (" + columns + ") VALUES (" + parameters + ")";
-    } else if (!changed.empty()) {
-        std::string assignments;
-        for (std::size_t i : changed)
-            assignments += (assignments.empty() ? "" : ",") + QuotedName(names_[i]) + "=?";
-        sql = "UPDATE " + writable_->table + " SET " + assignments + " WHERE rowid=?";
-    } else {
+    const bool inserts = row.rowid == 0;
+    if (!inserts && changed.empty())
         return; // nothing changed
+    if (!write_ || writeInserts_ != inserts || writeFields_ != changed) {
+        std::string sql;
+        if (inserts && changed.empty()) {
+            sql = "INSERT INTO " + writable_->table + " DEFAULT VALUES";
+        } else if (inserts) {
+            std::string columns;
+            std::string parameters;
+            for (std::size_t i : changed) {
+                columns += (columns.empty() ? "" : ",") + QuotedName(names_[i]);
+                parameters += parameters.empty() ? "?" : ",?";
+            }
+            sql = "INSERT INTO " + writable_->table + " (" + columns + ") VALUES (" +
+                  parameters + ")";
+        } else {
+            std::string assignments;
+            for (std::size_t i : changed)
+                assignments += (assignments.empty() ? "" : ",") + QuotedName(names_[i]) + "=?";
+            sql = "UPDATE " + writable_->table + " SET " + assignments + " WHERE rowid=?";
+        }
+        write_.reset();
+        write_ = std::make_unique<Statement>(db_, sql, std::string_view(), &cache_);
+        writeInserts_ = inserts;
+        writeFields_ = std::move(changed);
     }
-
-    Statement write(db_, sql, {}, &cache_);
+    Statement& write = *write_;
+    // Ready for the next row whatever happens to this one.
+    struct ResetAfter {
+        Statement& statement;
+        ~ResetAfter() { statement.Reset(); }
+    } resetAfter{write};
     int parameter = 0;
-    for (std::size_t i : changed)
+    for (std::size_t i : writeFields_)
         write.Bind(++parameter, row.values[i], kinds_[i]);
-    if (row.rowid != 0)
+    if (!inserts)
         write.Bind(++parameter, Value(row.rowid));
     write.Step();
     if (row.rowid == 0)
@@ -148,17 +165,20 @@ void SqliteRecordset::Update() {
     row.readBack = true;
 }
 
+SqliteRecordset::~SqliteRecordset() = default;
+
 void SqliteRecordset::Close() {
+    write_.reset();
     rows_.clear();
     current_ = 0;
     writable_.reset();
 }
 
 std::optional<std::size_t> SqliteRecordset::FindField(std::string_view name) const {
-    for (std::size_t i = 0; i < names_.size(); ++i)
-        if (SameName(names_[i], name))
-            return i;
-    return std::nullopt;
+    auto found = byName_.find(NameKey(name));
+    if (found == byName_.end())
+        return std::nullopt;
+    return found->second;
 }
 
 std::size_t SqliteRecordset::FieldIndex(std::string_view name) const {

@@ -9,20 +9,24 @@
 #include "host/CompanyDb.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 struct sqlite3;
 
 namespace qx::db {
 
+class Statement;
 class StatementCache;
 
 class SqliteRecordset final : public Recordset {
 public:
     // db and its statement cache must outlive a writable row set.
     SqliteRecordset(sqlite3* db, StatementCache& cache, std::string_view sql);
+    ~SqliteRecordset() override;
 
     bool EndOfRows() const override;
     void MoveNext() override;
@@ -61,9 +65,15 @@ private:
     std::string sql_;
     std::optional<WritableQuery> writable_;
     std::vector<std::string> names_;
+    std::unordered_map<std::string, std::size_t> byName_; // by NameKey
     std::vector<SqlTypeKind> kinds_;
     std::vector<Row> rows_;
     std::size_t current_ = 0;
+    // The statement that wrote the last row, kept for the next row that sets the same fields:
+    // rows appended one after another are written by one statement.
+    std::unique_ptr<Statement> write_;
+    std::vector<std::size_t> writeFields_;
+    bool writeInserts_ = false;
 };
 
 } // namespace qx::db

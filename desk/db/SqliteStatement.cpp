@@ -95,6 +95,11 @@ bool Statement::Step() {
     Fail();
 }
 
+void Statement::Reset() {
+    sqlite3_reset(stmt_);
+    sqlite3_clear_bindings(stmt_);
+}
+
 bool Statement::ReadOnly() const {
     return sqlite3_stmt_readonly(stmt_) != 0;
 }

@@ -43,6 +43,8 @@ public:
     void Bind(int index, const Value& value, SqlTypeKind column = SqlTypeKind::Other);
     // Runs to the next row; false when the statement is done.
     bool Step();
+    // Ready to run again, with no values bound.
+    void Reset();
     // True when running the statement changes nothing in the company file, as SQLite judges it.
     bool ReadOnly() const;
 

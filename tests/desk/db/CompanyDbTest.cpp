@@ -577,6 +577,16 @@ TEST_F(Company, RowSetMisuseThrowsNamingWhatIsWrong) {
     table->SetField("NARRATION", "changed");
     EXPECT_THROW(table->MoveNext(), DbError); // a change left without Update is not dropped
     EXPECT_THROW(table->SetField("NOSUCH", 1), DbError);
+
+    // A row refused stays to be mended, and is written once it is.
+    auto appended = db_->OpenRecordset("SELECT FIRST 0 * FROM FANAR");
+    appended->AddNew();
+    appended->SetField("NARRATIONID", 1);
+    appended->SetField("NARRATION", "As per I-Forms");
+    EXPECT_THROW(appended->Update(), DbError) << "the narration 1 exists";
+    appended->SetField("NARRATIONID", 2);
+    appended->Update();
+    EXPECT_EQ(appended->Field("NARRATION"), Value("As per I-Forms"));
 }
 
 // ---- lookups, schema changes, errors, transactions ---------------------------------------------
