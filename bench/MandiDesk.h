@@ -21,6 +21,17 @@
 
 namespace qx::bench {
 
+// Rows of a query, each as its fields joined by "|", all rows joined by "\n".
+inline std::string Rows(CompanyDb& db, const std::string& sql) {
+    std::string text;
+    for (auto rows = db.OpenRecordset(sql); !rows->EndOfRows(); rows->MoveNext()) {
+        for (int i = 0; i < rows->FieldCount(); ++i)
+            text += (i ? "|" : "") + rows->Field(i).AsText();
+        text += "\n";
+    }
+    return text;
+}
+
 class MandiDesk {
 public:
     explicit MandiDesk(const std::filesystem::path& company) {

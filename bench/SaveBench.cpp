@@ -10,17 +10,6 @@
 namespace qx::bench {
 namespace {
 
-// Rows of a query, each as its fields joined by "|", all rows joined by "\n".
-std::string Rows(CompanyDb& db, const std::string& sql) {
-    std::string text;
-    for (auto rows = db.OpenRecordset(sql); !rows->EndOfRows(); rows->MoveNext()) {
-        for (int i = 0; i < rows->FieldCount(); ++i)
-            text += (i ? "|" : "") + rows->Field(i).AsText();
-        text += "\n";
-    }
-    return text;
-}
-
 // What the engine writes of a document from the screen: the header's figures, the lines'
 // cells and the charges as applied. The lines' stock and J-Form factors and levies are left
 // out: the module's saving of its rows will set them.

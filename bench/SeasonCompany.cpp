@@ -1,9 +1,13 @@
 #include "SeasonCompany.h"
 
+#include "MandiDesk.h"
+
 #include "desk/core/Session.h"
 #include "desk/documents/DocumentTotals.h"
 #include "desk/documents/Series.h"
 #include "desk/documents/SeriesImport.h"
+#include "kivra/documents/DailyVoucher.h"
+#include "kivra/documents/Levies.h"
 #include "kivra/module/mKivraModule.h"
 
 #include <nlohmann/json.hpp>
@@ -260,34 +264,18 @@ void WriteMasters(CompanyDb& db, const SeasonSize& size) {
     accounts.Flush();
 }
 
-// What the agent owes on produce he buys for his own stock. Purchase tax ended with GST
-// (1 July 2017), before any season generated here.
-struct Levies {
-    Amount marketFee, rdf, cancerFund, pidf, labourSelf;
-
-    Levies& operator+=(const Levies& other) {
-        marketFee += other.marketFee;
-        rdf += other.rdf;
-        cancerFund += other.cancerFund;
-        pidf += other.pidf;
-        labourSelf += other.labourSelf;
-        return *this;
-    }
+// What the agent owes on produce he buys for his own stock, as the module works it out;
+// purchase tax ended with GST (1 July 2017), before any season generated here. Labour at the
+// I-Form rate, as firm option 632 asks.
+struct OwnPurchase {
+    kivra::Levies levies;
+    Amount labourSelf;
 };
-
-// At the item's rates on the line's value; P.I.D.F. on the value with the other levies, and
-// labour at the I-Form rate, as firm option 632 asks.
-Levies LeviesOn(const Item& item, Amount amount, int bags) {
-    const auto percent = [](Amount base, std::string_view rate) {
-        return RoundAmount(base * A(rate) / Amount::FromInt(100), 2);
-    };
-    Levies levies;
-    levies.marketFee = percent(amount, item.marketFee);
-    levies.rdf = percent(amount, item.rdf);
-    levies.cancerFund = percent(amount, item.cancerFund);
-    levies.pidf = percent(amount + levies.marketFee + levies.rdf + levies.cancerFund, item.pidf);
-    levies.labourSelf = RoundAmount(A(item.labourIF) * bags, 2);
-    return levies;
+OwnPurchase LeviesOn(const Item& item, Amount amount, int bags) {
+    return {kivra::LeviesOn(amount, {A(item.marketFee), A(item.rdf), A(item.pidf), A(item.purTax),
+                                     A(item.cancerFund)},
+                            false),
+            RoundAmount(A(item.labourIF) * bags, 2)};
 }
 
 // A J-Form line waiting for the buyer's I-Form.
@@ -342,13 +330,6 @@ private:
         int account;
         Amount amount;
         std::string narration;
-        int documentId = 0;
-    };
-    // What the day's consolidated voucher sums up.
-    struct DayTotals {
-        Amount dami, labourJForms, labourIForms, loading, stitching, dharmada;
-        Amount roundOff; // I-Forms' less J-Forms': the two round off the other way
-        std::vector<Posting> parties, purchases;
     };
 
     int Pick(int n) { return static_cast<int>(rng_() % static_cast<unsigned>(n)); }
@@ -374,8 +355,8 @@ private:
     void Post(int voucherId, int serialNo, qx::Date day, std::string_view trnType,
               const Posting& posting) {
         ledger_.Add({N(voucherId), N(serialNo), N(posting.account), Literal(day), SqlQuote(trnType),
-                     SqlQuote(trnType), N(posting.amount), N(Narration(posting.narration)),
-                     N(posting.documentId), "''"});
+                     SqlQuote(trnType), N(posting.amount), N(Narration(posting.narration)), "0",
+                     "''"});
     }
     void Register(int voucherId, qx::Date day, std::string_view trnType) {
         vouchers_.Add({N(voucherId), "-1", Literal(day), SqlQuote(trnType)});
@@ -386,11 +367,6 @@ private:
         const int form = ++used[market];
         return {(form - 1) / 100 + 1, form};
     }
-    static std::string FormText(std::size_t market, std::pair<int, int> form) {
-        return std::string(kMarkets[market].series) + " " + std::to_string(form.first) + "/" +
-               std::to_string(form.second);
-    }
-
     void WriteMain(int documentId, bool jForm, int number, qx::Date day, int party,
                    const desk::DocumentTotals& totals, std::size_t market, std::pair<int, int> form,
                    Amount labour, Amount loading, Amount dami, Amount stitching, Amount dharmada) {
@@ -418,17 +394,15 @@ private:
 
     void WriteDay(int dayIndex, bool lastDay) {
         const qx::Date day = kSeasonStart.AddDays(dayIndex);
-        DayTotals totals;
         // Lines sold to each buyer in each mandi, taken over by his I-Form of the day.
         std::map<std::pair<std::size_t, int>, std::vector<TakenLine>> taken;
         for (int j = 0; j < size_.jFormsPerDay; ++j)
-            WriteJForm(day, totals, lastDay ? nullptr : &taken);
+            WriteJForm(day, lastDay ? nullptr : &taken);
         for (const auto& [marketAndBuyer, lines] : taken)
-            WriteIForm(day, marketAndBuyer.first, marketAndBuyer.second, lines, totals);
-        WriteDayVoucher(day, totals);
+            WriteIForm(day, marketAndBuyer.first, marketAndBuyer.second, lines);
     }
 
-    void WriteJForm(qx::Date day, DayTotals& totals,
+    void WriteJForm(qx::Date day,
                     std::map<std::pair<std::size_t, int>, std::vector<TakenLine>>* taken) {
         const int documentId = ++documentId_;
         const std::size_t market = ByShare(kMarkets);
@@ -436,11 +410,8 @@ private:
         const Item& item = kItems[itemIndex];
         const int farmer = kFirstFarmerCode + Pick(size_.farmers);
         const auto form = NextForm(jForms_, market);
-        const std::string narration = "J-Form No. " + FormText(market, form);
         Amount gross;
         int bags = 0;
-        Amount bought; // by the agent himself
-        Levies levies;
         for (int refNo = 1; refNo <= size_.linesPerJForm; ++refNo) {
             const bool self = Pick(10) == 0;
             const int buyer = self ? kSelfCode : kFirstBuyerCode + Pick(size_.buyers - 1);
@@ -452,13 +423,9 @@ private:
             line.amount = RoundAmount(line.quantity * line.rate, 2);
             gross += line.amount;
             bags += line.bags;
-            const Levies owed = self ? LeviesOn(item, line.amount, line.bags) : Levies{};
-            if (self) {
-                bought += line.amount;
-                levies += owed;
-            } else if (taken) {
+            const OwnPurchase owed = self ? LeviesOn(item, line.amount, line.bags) : OwnPurchase{};
+            if (!self && taken)
                 (*taken)[{market, buyer}].push_back(line);
-            }
             const auto rate = [self](std::string_view text) {
                 return self ? std::string(text) : "0";
             };
@@ -482,12 +449,12 @@ private:
                         rate(item.purTax),
                         rate(item.labourIF),
                         rate(item.cancerFund),
-                        N(owed.marketFee),
-                        N(owed.rdf),
-                        N(owed.pidf),
+                        N(owed.levies.marketFee),
+                        N(owed.levies.rdf),
+                        N(owed.levies.pidf),
                         "0",
                         N(owed.labourSelf),
-                        N(owed.cancerFund)});
+                        N(owed.levies.cancerFund)});
         }
         const Amount labourRate = A(item.labourJF);
         const auto docTotals = desk::ComputeTotals(gross, Amount::FromInt(bags),
@@ -496,38 +463,17 @@ private:
                   docTotals.charges[0], {}, {}, {}, {});
         charges_.Add({N(documentId), "1", "'LABOUR'", N(labourRate), N(docTotals.charges[0]), "0"});
 
-        totals.labourJForms += docTotals.charges[0];
-        totals.roundOff -= docTotals.roundOff;
-        totals.parties.push_back({farmer, -docTotals.grandTotal, narration, documentId});
-        if (!bought.IsZero()) {
-            const std::string purchase = "J-Form No. " + N(jFormNumber_);
-            totals.purchases.push_back(
-                {ItemHeadCode(itemIndex, kPurchase), bought, purchase, documentId});
-            const std::tuple<ItemHead, int, Amount> pairs[] = {
-                {kMarketFee, kMarketFeePayable, levies.marketFee},
-                {kRdf, kRdfPayable, levies.rdf},
-                {kCancerFund, kCancerFundPayable, levies.cancerFund},
-                {kPidf, kPidfPayable, levies.pidf},
-                {kLabourSelf, kLabourPayable, levies.labourSelf}};
-            for (const auto& [head, payable, amount] : pairs) {
-                if (amount.IsZero())
-                    continue;
-                totals.purchases.push_back(
-                    {ItemHeadCode(itemIndex, head), amount, purchase, documentId});
-                totals.purchases.push_back({payable, -amount, purchase, documentId});
-            }
-        }
         // The farmer is paid by bank transfer the same day; Form-M reports its UTR.
         const int payment = ++voucherId_;
         const std::string utr =
             "Paid by NEFT, UTR PUNBH" + day.Format("yyMMdd") + std::to_string(payment);
-        Post(payment, 1, day, "BP", {farmer, docTotals.grandTotal, utr, 0});
-        Post(payment, 2, day, "BP", {kBank, -docTotals.grandTotal, utr, 0});
+        Post(payment, 1, day, "BP", {farmer, docTotals.grandTotal, utr});
+        Post(payment, 2, day, "BP", {kBank, -docTotals.grandTotal, utr});
         Register(payment, day, "BP");
     }
 
     void WriteIForm(qx::Date day, std::size_t market, int buyer,
-                    const std::vector<TakenLine>& taken, DayTotals& totals) {
+                    const std::vector<TakenLine>& taken) {
         const int documentId = ++documentId_;
         const auto form = NextForm(iForms_, market);
         Amount gross;
@@ -585,47 +531,6 @@ private:
         for (std::size_t i = 0; i < rates.size(); ++i)
             charges_.Add({N(documentId), N(static_cast<int>(i) + 1), SqlQuote(rates[i].first),
                           std::string(rates[i].second), N(amounts[i]), "0"});
-
-        totals.dami += amounts[0];
-        totals.labourIForms += amounts[1];
-        totals.loading += amounts[2];
-        totals.stitching += amounts[3];
-        totals.dharmada += amounts[4];
-        totals.roundOff += docTotals.roundOff;
-        totals.parties.push_back(
-            {buyer, docTotals.grandTotal, "I-Form No. " + FormText(market, form), documentId});
-    }
-
-    // The day's consolidated I/J-Form voucher: the parties, the agent's own purchases, the
-    // charges, the round off, and on the control head the goods still waiting for I-Forms.
-    void WriteDayVoucher(qx::Date day, const DayTotals& totals) {
-        std::vector<Posting> rows = totals.parties;
-        // I-Forms come before J-Forms, as the voucher lists them.
-        std::stable_partition(rows.begin(), rows.end(),
-                              [](const Posting& p) { return p.amount > Amount(); });
-        rows.insert(rows.end(), totals.purchases.begin(), totals.purchases.end());
-        const std::pair<int, Amount> charges[] = {{kDami, totals.dami},
-                                                  {kLabourJForms, totals.labourJForms},
-                                                  {kLabourIForms, totals.labourIForms},
-                                                  {kLoading, totals.loading},
-                                                  {kStitching, totals.stitching},
-                                                  {kDharam, totals.dharmada}};
-        for (const auto& [head, amount] : charges)
-            if (!amount.IsZero())
-                rows.push_back({head, -amount, "As per I/J-Forms"});
-        if (!totals.roundOff.IsZero())
-            rows.push_back({kRoundOff, -totals.roundOff, "As per I/J-Forms"});
-        Amount balance;
-        for (const Posting& row : rows)
-            balance += row.amount;
-        if (!balance.IsZero())
-            rows.push_back({kControl, -balance, "As per I/J-Forms"});
-
-        const int voucherId = ++voucherId_;
-        int serialNo = 0;
-        for (const Posting& row : rows)
-            Post(voucherId, ++serialNo, day, "IJF", row);
-        Register(voucherId, day, "IJF");
     }
 
     CompanyDb& db_;
@@ -661,8 +566,22 @@ std::int64_t Count(CompanyDb& db, const std::string& sql) {
     return rows->EndOfRows() ? 0 : rows->Field(0).AsLong();
 }
 
-// What the season must come to: every voucher balances, and what the control head carries
-// is exactly the J-Form goods still pending, all of them the last day's.
+// Each day's consolidated "IJF" voucher, posted by the module itself, as a save of one of the
+// day's forms would post it.
+void PostDays(const std::filesystem::path& path, const SeasonSize& size) {
+    MandiDesk desk(path);
+    CompanyDb& db = desk.Db();
+    kivra::DailyVoucher days(*desk.module.Context(), db, true, kivra::DayColumns::Of(db));
+    Transaction unit(db);
+    for (int day = 0; day < size.days; ++day)
+        days.Post(kSeasonStart.AddDays(day));
+    unit.Commit();
+    if (!desk.frontend.Transcript().empty())
+        throw std::runtime_error("posting the season's days said: " + desk.FirstMessage());
+}
+
+// What the season must come to: every voucher balances, and the control head of the last day,
+// whose J-Forms are the only ones still pending, carries exactly their goods.
 void CheckSeason(CompanyDb& db, const SeasonSize& size) {
     if (Count(db, "SELECT COUNT(*) FROM (SELECT VOUCHERID FROM FADATA GROUP BY VOUCHERID "
                   "HAVING ABS(SUM(DAMT))>=0.005) q") != 0)
@@ -675,7 +594,9 @@ void CheckSeason(CompanyDb& db, const SeasonSize& size) {
         (pendingDays->MoveNext(), !pendingDays->EndOfRows()))
         throw std::runtime_error("the generated season's pending J-Forms are not the last day's");
     const Value pending = db.LookupValue("DOCDATA", "SUM(AMOUNT*JFACTOR)", "");
-    const Value control = db.LookupValue("FADATA", "SUM(DAMT)", "DCD=" + N(kControl));
+    const Value control = db.LookupValue("FADATA", "SUM(DAMT)",
+                                         "DCD=" + N(kControl) +
+                                             " AND DVCHDATE=" + db.DateLiteral(lastDay));
     if (RoundAmount(pending.AsAmount(), 2) != RoundAmount(control.AsAmount(), 2))
         throw std::runtime_error("the control head carries " + control.AsText() +
                                  ", the pending goods are " + pending.AsText());
@@ -733,34 +654,56 @@ void MakeSeasonCompany(const std::filesystem::path& path, const SeasonSize& size
          desk::ImportSeries(db, nlohmann::ordered_json::parse(seriesFile)))
         desk::AddSeriesFields(db, desk::LoadSeries(db, desk::FindSeries(db, code, "")));
 
-    SeasonWriter writer(db, size);
-    Transaction unit(db);
-    WritePurchasePostings(db);
-    writer.WriteSeason();
-    unit.Commit();
-    CheckSeason(db, size);
+    {
+        SeasonWriter writer(db, size);
+        Transaction unit(db);
+        WritePurchasePostings(db);
+        writer.WriteSeason();
+        unit.Commit();
+    }
+    session.Close();
+    PostDays(path, size);
+    desk::Session checked;
+    checked.Open(path);
+    CheckSeason(checked.Database(), size);
 }
+
+namespace {
+
+std::filesystem::path Made(std::filesystem::path company, const SeasonSize& size) {
+    if (std::filesystem::exists(company))
+        return company;
+    std::cerr << "Making a season of " << size.days << " days of " << size.jFormsPerDay
+              << " J-Forms at " << company.string() << " ..." << std::flush;
+    const auto start = std::chrono::steady_clock::now();
+    MakeSeasonCompany(company, size);
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+    std::cerr << " " << took.count() << " s\n";
+    return company;
+}
+
+} // namespace
 
 const std::filesystem::path& SeasonCompany() {
     static const std::filesystem::path path = [] {
         const char* named = std::getenv("QX_BENCH_COMPANY");
-        std::filesystem::path company = named && *named ? named : RunFolder() / "season.kdb";
-        if (std::filesystem::exists(company))
-            return company;
-        std::cerr << "Making a season-sized company at " << company.string() << " ..."
-                  << std::flush;
-        const auto start = std::chrono::steady_clock::now();
-        MakeSeasonCompany(company);
-        const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-        std::cerr << " " << took.count() << " s\n";
-        return company;
+        return Made(named && *named ? named : RunFolder() / "season.kdb", SeasonSize{});
     }();
     return path;
 }
 
-std::filesystem::path SeasonCompanyCopy(const std::string& name) {
+std::filesystem::path SeasonCompany(const SeasonSize& size) {
+    const SeasonSize standard;
+    if (size.days == standard.days && size.jFormsPerDay == standard.jFormsPerDay)
+        return SeasonCompany();
+    return Made(RunFolder() / ("season-" + std::to_string(size.days) + "x" +
+                               std::to_string(size.jFormsPerDay) + ".kdb"),
+                size);
+}
+
+std::filesystem::path SeasonCompanyCopy(const std::string& name, const SeasonSize& size) {
     const auto copy = RunFolder() / (name + ".kdb");
-    std::filesystem::copy_file(SeasonCompany(), copy,
+    std::filesystem::copy_file(SeasonCompany(size), copy,
                                std::filesystem::copy_options::overwrite_existing);
     return copy;
 }

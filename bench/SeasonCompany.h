@@ -28,8 +28,9 @@ inline constexpr int kSelfCode = 5000;
 inline const Date kSeasonStart = Date::FromYmd(2024, 10, 1);
 
 // Writes the company at path, which must not exist. The masters and series go in as a user's
-// set-up would put them; the season's documents and ledger rows are written directly, in one
-// unit of work, as the document engine and the module write them. Throws when the company
+// set-up would put them; the season's documents and payments are written directly, in one
+// unit of work, as the document engine and the module write them, and each day's consolidated
+// voucher is then posted by the module itself. Throws when the company
 // made does not add up (a day's voucher that does not balance, pending quantities that are
 // not the last day's).
 void MakeSeasonCompany(const std::filesystem::path& path, const SeasonSize& size = {});
@@ -38,8 +39,10 @@ void MakeSeasonCompany(const std::filesystem::path& path, const SeasonSize& size
 // first when missing, and kept), else one made once per run in a temporary folder and removed
 // at exit. Nothing is saved into it.
 const std::filesystem::path& SeasonCompany();
-// A fresh copy of that company for a benchmark that saves, so that what it writes changes
+// A season of another size, made once per run in its temporary folder.
+std::filesystem::path SeasonCompany(const SeasonSize& size);
+// A fresh copy of such a company for a benchmark that saves, so that what it writes changes
 // nothing another benchmark reads; in the run's temporary folder, removed at exit.
-std::filesystem::path SeasonCompanyCopy(const std::string& name);
+std::filesystem::path SeasonCompanyCopy(const std::string& name, const SeasonSize& size = {});
 
 } // namespace qx::bench
