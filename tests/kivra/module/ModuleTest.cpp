@@ -216,6 +216,14 @@ TEST_F(ModuleTest, AFormNumberCannotBeDoubledWhoeverWritesIt) {
     EXPECT_EQ(save("JF", "7", "0", "1"), "saved") << "a form without a number is never doubled";
     EXPECT_EQ(save("JF", "7", "NULL", "1"), "saved");
     EXPECT_EQ(save("JF", "7", "NULL", "1"), "saved");
+
+    // The check before each save finds a form through an index, however long the season.
+    auto plan = Db().OpenRecordset("EXPLAIN QUERY PLAN SELECT DOCUMENTID FROM DOCMAIN WHERE "
+                                   "DocumentID<>0 and FormBookNo=7 and FormNo=12 and "
+                                   "DocSeries='JF' and MarketID=1");
+    ASSERT_FALSE(plan->EndOfRows());
+    EXPECT_NE(plan->Field("detail").AsText().find("INDEX DOCMAIN_FORMNO_CHECK"), std::string::npos)
+        << plan->Field("detail").AsText();
 }
 
 TEST(CKivraDoc, GstFromTheFirstOfJuly2017) {
