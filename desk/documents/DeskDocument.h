@@ -35,7 +35,7 @@ public:
     // document shows, bills or posts.
     bool IsHiddenLine(int row) const;
     // Raises SelectSeries: the series is selected with what the header's look-up boxes hold
-    // (a record a module chose, such as a form's market).
+    // (the records modules chose for it).
     void SelectSeries();
     // Raises SelectSeries again when what those boxes hold is no longer what it was raised
     // with, so that an extension that keeps it at series selection keeps the document's.
