@@ -35,6 +35,11 @@ public:
                             const std::string& style) = 0;
     // Lets the host act on a key pressed on a module screen; a consumed key comes back None.
     virtual void HandleShortcutKey(ui::KeyPress& key, ui::Screen& screen) = 0;
+    // Sends keys (ui::ParseKeyString: "{TAB}" moves on) to the control that has the keyboard,
+    // as if the user pressed them.
+    virtual void SendKeys(const std::string& keys) = 0;
+    // Lets the user interface draw and handle what is waiting (a window just shown).
+    virtual void DoEvents() = 0;
     virtual void RegisterWindow(ui::Screen& screen, const std::string& caption,
                                 const std::string& picture) = 0;
     virtual void UnregisterWindow(ui::Screen& screen) = 0;

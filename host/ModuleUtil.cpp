@@ -11,6 +11,10 @@ int ModuleUtil::ShowMessage(const std::string& prompt, const std::string& option
     return ui_.ShowMessage(prompt, options, style);
 }
 
+void ModuleUtil::SendKeys(const std::string& keys) {
+    ui_.SendKeys(keys);
+}
+
 // The module passes the decimals as text ("2"), read as the host reads any number.
 Amount ModuleUtil::RoundAmount(Amount value, std::string_view decimals) const {
     return qx::RoundAmount(value, Value(decimals).AsInt());

@@ -41,6 +41,8 @@ public:
     // joined by " AND ", for use after BETWEEN.
     std::string SqlDate(Date date, std::optional<Date> to = std::nullopt) const;
     std::string SqlQuote(std::string_view text) const { return qx::SqlQuote(text); }
+    // Keys to the control that has the keyboard ("{TAB}" moves on); see HostUi::SendKeys.
+    void SendKeys(const std::string& keys);
 
 private:
     HostUi& ui_;

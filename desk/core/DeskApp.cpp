@@ -2,6 +2,7 @@
 
 #include "Scripted.h"
 #include "SelectDialog.h"
+#include "SelectItemScreen.h"
 #include "VoucherRows.h"
 
 #include <algorithm>
@@ -22,6 +23,8 @@ DeskApp::DeskApp(Frontend& frontend)
     : frontend_(frontend), util_(*this, session_),
       vouchers_(std::make_unique<LedgerVoucherUtil>()) {
     frontend_.Attach(*this);
+    // The host's own item selection, which modules create by name; in no menu.
+    hostScreens_["SelectItem"] = {"Select", [this] { return std::make_shared<SelectItemScreen>(*this); }};
 }
 
 DeskApp::~DeskApp() { Shutdown(); }
@@ -167,7 +170,14 @@ void DeskApp::OpenScreen(std::shared_ptr<ui::Screen> screen) {
 
 bool DeskApp::ShowModal(ui::Screen& screen) {
     screen.RunLoad();
-    frontend_.RunModal(screen);
+    modals_.push_back(&screen);
+    try {
+        frontend_.RunModal(screen);
+    } catch (...) {
+        modals_.pop_back();
+        throw;
+    }
+    modals_.pop_back();
     screen.RunUnload();
     return screen.Accepted();
 }
@@ -194,9 +204,31 @@ int DeskApp::ShowMessage(const std::string& prompt, const std::string& options,
     return frontend_.Message(prompt, options, style);
 }
 
-void DeskApp::HandleShortcutKey(ui::KeyPress& /*key*/, ui::Screen& /*screen*/) {
-    // The desk has no shortcut keys of its own over a module's screens yet; every key is
-    // left to the screen.
+void DeskApp::HandleShortcutKey(ui::KeyPress& key, ui::Screen& screen) {
+    if (key.key != ui::Key::Tab || !key.ctrl || key.alt || screens_.size() < 2) return;
+    auto at = std::find_if(screens_.begin(), screens_.end(),
+                           [&](const auto& shown) { return shown.get() == &screen; });
+    if (at == screens_.end()) return;
+    const auto count = static_cast<std::ptrdiff_t>(screens_.size());
+    const std::ptrdiff_t next = ((at - screens_.begin()) + (key.shift ? -1 : 1) + count) % count;
+    frontend_.Activate(*screens_[static_cast<std::size_t>(next)]);
+    key = {};
+}
+
+ui::Screen* DeskApp::KeyboardScreen() {
+    if (!modals_.empty()) return modals_.back();
+    if (ui::Screen* active = frontend_.ActiveWindow()) return active;
+    return screens_.empty() ? nullptr : screens_.back().get();
+}
+
+void DeskApp::SendKeys(const std::string& keys) {
+    for (const ui::KeyPress& key : ui::ParseKeyString(keys)) {
+        ui::Screen* screen = KeyboardScreen();
+        if (!screen || screen->KeyDown(key)) continue;
+        auto* box = dynamic_cast<ui::TextBox*>(screen->Focused());
+        if (box && key.key == ui::Key::Character && !key.ctrl && !key.alt)
+            box->Type(box->Text() + static_cast<char>(key.character));
+    }
 }
 
 void DeskApp::RegisterWindow(ui::Screen& screen, const std::string& caption,

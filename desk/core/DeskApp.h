@@ -126,7 +126,14 @@ public:
     std::unique_ptr<HostSelectDialog> CreateSelectDialog() override;
     int ShowMessage(const std::string& prompt, const std::string& options,
                     const std::string& style) override;
+    // Ctrl+Tab and Ctrl+Shift+Tab: the next and the previous open window.
     void HandleShortcutKey(ui::KeyPress& key, ui::Screen& screen) override;
+    // To the modal screen on top, else to the active window; a key the screen leaves alone
+    // types into its focused box.
+    void SendKeys(const std::string& keys) override;
+    void DoEvents() override { frontend_.ProcessEvents(); }
+    // The screen that has the keyboard: the modal screen on top, else the active window.
+    ui::Screen* KeyboardScreen();
     void RegisterWindow(ui::Screen& screen, const std::string& caption,
                         const std::string& picture) override;
     void UnregisterWindow(ui::Screen& screen) override;
@@ -153,6 +160,7 @@ private:
     std::map<std::string, HostScreen> hostScreens_;
     std::vector<std::shared_ptr<ui::Screen>> screens_;
     std::vector<std::shared_ptr<ui::Screen>> closed_; // released at the next user action
+    std::vector<ui::Screen*> modals_;                 // running, the newest last
     std::vector<std::pair<ui::Screen*, std::string>> registered_;
     std::string listStart_; // see LookUpFrom
 };

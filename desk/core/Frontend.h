@@ -30,6 +30,12 @@ public:
     virtual void Print(const PrintJob& job, PrintMode mode) = 0;
     // The menus of the main window changed (a module built its special menu).
     virtual void MenusChanged() = 0;
+    // The window the user works in (modal screens aside); null when none is shown.
+    virtual ui::Screen* ActiveWindow() = 0;
+    // Brings a shown screen's window to the front, with the keyboard.
+    virtual void Activate(ui::Screen& screen) = 0;
+    // Draws and handles what is waiting (a window just shown), as the event loop would.
+    virtual void ProcessEvents() {}
 
 protected:
     DeskApp* app_ = nullptr;

@@ -32,6 +32,7 @@ void ScriptedFrontend::Show(std::shared_ptr<ui::Screen> screen) {
     auto view = std::make_unique<ScriptedView>(app_, *screen, false);
     screen->SetView(view.get());
     views_[screen.get()] = std::move(view);
+    active_ = screen.get();
     screen->RunActivate();
 }
 
@@ -49,6 +50,7 @@ void ScriptedFrontend::RunModal(ui::Screen& screen) {
 }
 
 void ScriptedFrontend::Closed(ui::Screen& screen) {
+    if (active_ == &screen) active_ = nullptr;
     screen.SetView(nullptr);
     views_.erase(&screen);
 }

@@ -58,6 +58,8 @@ public:
                 const std::string& style) override;
     void Print(const PrintJob& job, PrintMode mode) override;
     void MenusChanged() override {}
+    ui::Screen* ActiveWindow() override { return active_; }
+    void Activate(ui::Screen& screen) override { active_ = &screen; }
 
 private:
     std::deque<int> answers_;
@@ -66,6 +68,7 @@ private:
     std::vector<ShownMessage> transcript_;
     std::vector<std::pair<PrintJob, PrintMode>> printed_;
     std::map<const ui::Screen*, std::unique_ptr<ui::ScreenView>> views_;
+    ui::Screen* active_ = nullptr; // the window shown or activated last
 };
 
 } // namespace qx::desk

@@ -1,87 +1,30 @@
 #include "SelectDialog.h"
 
-#include "host/Text.h"
-
-#include <utf8proc.h>
+#include "ListScreen.h"
 
 namespace qx::desk {
 namespace {
 
-std::string Utf8(char32_t character) {
-    utf8proc_uint8_t bytes[4];
-    const auto length = utf8proc_encode_char(static_cast<utf8proc_int32_t>(character), bytes);
-    return {reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length)};
-}
-
-void DropLastCharacter(std::string& text) {
-    // UTF-8 continuation bytes belong to the character before them.
-    while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0) == 0x80)
-        text.pop_back();
-    if (!text.empty()) text.pop_back();
-}
-
-class SelectListScreen : public ui::Screen {
+class SelectListScreen : public ListScreen {
 public:
-    SelectListScreen() : Screen(kSelectListScreen, "Select") {
-        find = &Add<ui::Label>("Find");
-        list = &Add<ui::Grid>(kSelectListGrid);
+    SelectListScreen() : ListScreen(kSelectListScreen, "Select", kSelectListGrid, 0) {
+        list = &list_;
         list->AddColumn("", 5000);
         buttons = &Add<ui::StdButtons>(kSelectListButtons);
-        list->OnDoubleClick = [this](int, int) { Choose(); };
         buttons->OnClick = [this](int index) {
-            if (index == 0) Choose();
+            if (index == 0) Take();
             else Close(false);
         };
     }
 
-    bool KeyDown(const ui::KeyPress& key) override {
-        switch (key.key) {
-        case ui::Key::Enter:
-            Choose();
-            return true;
-        case ui::Key::Escape:
-            Close(false);
-            return true;
-        case ui::Key::Character:
-            if (key.ctrl || key.alt) break;
-            Find(typed_ + Utf8(key.character));
-            return true;
-        case ui::Key::Backspace: {
-            std::string shorter = typed_;
-            DropLastCharacter(shorter);
-            Find(shorter);
-            return true;
-        }
-        default:
-            break;
-        }
-        return Screen::KeyDown(key);
-    }
-
-    // Moves to the first entry that starts with the text (letter case aside); to the first
-    // entry when the text is empty, to none when no entry does.
-    void Find(std::string text) {
-        typed_ = std::move(text);
-        int found = 0;
-        for (int row = 1; row < list->Rows() && found == 0; ++row) {
-            const std::string_view entry = list->TextMatrix(row, 0);
-            if (EqualsNoCase(entry.substr(0, typed_.size()), typed_)) found = row;
-        }
-        list->SetCurrent(found, 0);
-        find->SetText(typed_.empty() ? std::string()
-                                     : "Find: " + typed_ + (found ? "" : "  (no entry starts so)"));
-    }
-
-    ui::Label* find;
+    using ListScreen::Find;
     ui::Grid* list;
     ui::StdButtons* buttons;
 
 private:
-    void Choose() {
+    void Take() override {
         if (list->Row() >= 1 && list->Row() < list->Rows()) Close(true);
     }
-
-    std::string typed_;
 };
 
 } // namespace

@@ -198,6 +198,18 @@ void QtFrontend::Print(const PrintJob& job, PrintMode mode) {
 
 void QtFrontend::MenusChanged() { Window().Refresh(); }
 
+ui::Screen* QtFrontend::ActiveWindow() {
+    if (!window_) return nullptr;
+    auto* active = dynamic_cast<ScreenWindow*>(window_->Area().activeSubWindow());
+    return active ? &active->Model() : nullptr;
+}
+
+void QtFrontend::Activate(ui::Screen& screen) {
+    if (QMdiSubWindow* window = WindowOf(screen)) Window().Area().setActiveSubWindow(window);
+}
+
+void QtFrontend::ProcessEvents() { QApplication::processEvents(); }
+
 QWidget* QtFrontend::DialogParent() {
     if (QWidget* active = QApplication::activeWindow()) return active;
     return window_.get();

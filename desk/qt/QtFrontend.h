@@ -32,6 +32,9 @@ public:
                 const std::string& style) override;
     void Print(const PrintJob& job, PrintMode mode) override;
     void MenusChanged() override;
+    ui::Screen* ActiveWindow() override;
+    void Activate(ui::Screen& screen) override;
+    void ProcessEvents() override;
 
 private:
     QWidget* DialogParent();

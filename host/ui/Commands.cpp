@@ -63,6 +63,44 @@ std::string KeyName(Key key) {
     return {};
 }
 
+std::vector<KeyPress> ParseKeyString(std::string_view keys) {
+    std::vector<KeyPress> presses;
+    KeyPress next;
+    for (std::size_t at = 0; at < keys.size(); ++at) {
+        const char c = keys[at];
+        if (c == '+' || c == '^' || c == '%') {
+            (c == '+' ? next.shift : c == '^' ? next.ctrl : next.alt) = true;
+            continue;
+        }
+        if (c == '~') {
+            next.key = Key::Enter;
+        } else if (c == '{') {
+            const auto close = keys.find('}', at + 1);
+            if (close == std::string_view::npos)
+                throw std::invalid_argument("The key string " + std::string(keys) +
+                                            " ends inside a key.");
+            const std::string_view name = keys.substr(at + 1, close - at - 1);
+            for (const auto& [key, keyName] : kKeyNames)
+                if (EqualsIgnoringCase(name, keyName)) next.key = key;
+            if (EqualsIgnoringCase(name, "Escape")) next.key = Key::Escape;
+            if (EqualsIgnoringCase(name, "BS") || EqualsIgnoringCase(name, "Backspace"))
+                next.key = Key::Backspace;
+            if (next.key == Key::None)
+                throw std::invalid_argument("No key is named {" + std::string(name) + "}.");
+            at = close;
+        } else if (static_cast<unsigned char>(c) >= 0x80) {
+            throw std::invalid_argument("A key string types only plain (ASCII) characters.");
+        } else {
+            next.key = Key::Character;
+            next.character = static_cast<unsigned char>(c);
+        }
+        presses.push_back(std::exchange(next, KeyPress{}));
+    }
+    if (next.shift || next.ctrl || next.alt)
+        throw std::invalid_argument("The key string " + std::string(keys) + " ends inside a key.");
+    return presses;
+}
+
 ButtonBar::ButtonBar(std::string name) : Control(ControlKind::ButtonBar, std::move(name)) {}
 
 void ButtonBar::AddItem(std::string_view definition, std::string icon) {

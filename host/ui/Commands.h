@@ -28,6 +28,11 @@ struct KeyPress {
 // "F6: &Period" -> F6; Key::None when the caption names none.
 Key KeyOfCaption(std::string_view caption);
 std::string KeyName(Key key); // "F3", "Esc", "Enter", ...
+// The keys of a key string as a program sends them: "{TAB}", "{ENTER}" (or "~"), "{ESC}",
+// "{F2}" and the other names KeyName gives, in braces and in any letter case; "+", "^" and "%"
+// before a key hold Shift, Ctrl and Alt; any other character is typed as it is.
+// std::invalid_argument for a name no key has, or a string that ends inside a key.
+std::vector<KeyPress> ParseKeyString(std::string_view keys);
 
 struct BarItem {
     std::string key;
