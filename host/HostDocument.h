@@ -36,6 +36,9 @@ public:
     virtual std::vector<ui::TextBox*> TXPUDI() = 0;
     virtual ui::TextBox& TXPSALETYPE() = 0;
     virtual ui::TextBox& TxpCustomer() = 0; // the party
+    // The party chosen by a program as the user chooses it from the list: the party box shows
+    // the name and has the keyboard, the document takes the account, PartySelected is raised.
+    virtual void ChooseParty(std::int32_t code, const std::string& name) = 0;
     virtual ui::TextBox& TxpDocDate() = 0;
     // A column number of the item grid by its member name ("COL_QUANTITY",
     // "COL_STK_CODE", ...); 0 when the series' grid has no such column.

@@ -44,6 +44,31 @@ void DocumentHeader::Clear() {
     boxChoices_.assign(document_.CurrentSeries().boxes.size(), {});
 }
 
+std::vector<DocumentHeader::Choice> DocumentHeader::Choices() const {
+    std::vector<Choice> choices;
+    const auto& boxes = document_.CurrentSeries().boxes;
+    for (std::size_t i = 0; i < boxChoices_.size(); ++i)
+        if (!boxChoices_[i].empty() && !boxes[i].field.empty())
+            choices.push_back({i, boxChoices_[i], document_.MainFields().GetValue(boxes[i].field)});
+    return choices;
+}
+
+void DocumentHeader::Choose(const std::vector<Choice>& choices) {
+    const auto& boxes = document_.CurrentSeries().boxes;
+    for (const Choice& choice : choices) {
+        boxChoices_[choice.index] = choice.text;
+        boxes_.pool[choice.index]->SetText(choice.text);
+        document_.MainFields().SetValue(boxes[choice.index].field, choice.value);
+    }
+}
+
+void DocumentHeader::AskRequiredChoices() {
+    const auto& boxes = document_.CurrentSeries().boxes;
+    for (std::size_t i = 0; i < boxes.size(); ++i)
+        if (boxes[i].required && !boxes[i].lookup.empty() && boxChoices_[i].empty())
+            LookUpBox(i);
+}
+
 void DocumentHeader::ShowSaved(const PropertyBag& main) {
     boxes_.date.SetText(main.GetValue("DOCDATE").AsDate().ToDisplay());
     boxes_.number.SetText(main.GetValue("DOCNUMBER").AsText());

@@ -37,6 +37,17 @@ public:
 
     // No party, the series' boxes empty.
     void Clear();
+    // What the look-up boxes (the market) hold, for the next document to start with.
+    struct Choice {
+        std::size_t index;
+        std::string text;
+        Value value;
+    };
+    std::vector<Choice> Choices() const;
+    void Choose(const std::vector<Choice>& choices);
+    // Opens the look-up of each box the document cannot be saved without and that holds
+    // nothing yet.
+    void AskRequiredChoices();
     void ShowSaved(const PropertyBag& main);
 
     // Leaving a box. The date as typed, shown as dd/MM/yyyy; none when it is refused.
@@ -48,9 +59,10 @@ public:
     void CheckNumber(ui::TextBox& box, ColumnKind kind, bool& cancel);
     void CheckSeriesBox(std::size_t index, bool& cancel);
     void SeriesBoxChanged(std::size_t index);
+    // The party chosen, from the list or by a program: shown, taken, PartySelected raised.
+    void PartyChosen(std::int32_t code, const std::string& name);
 
 private:
-    void PartyChosen(std::int32_t code, const std::string& name);
     void CheckLookupBox(std::size_t index, bool& cancel);
     void LookUpBox(std::size_t index);
 

@@ -9,6 +9,7 @@
 
 #include <ctime>
 #include <stdexcept>
+#include <utility>
 
 namespace qx::desk {
 namespace {
@@ -136,7 +137,10 @@ void DocumentScreen::Load() {
 
 void DocumentScreen::FirstActivate() {
     app_.RegisterWindow(*this, Caption(), Icon);
+    shown_ = true;
     FocusFirstBox();
+    if (std::exchange(newDocumentWaiting_, false))
+        app_.Guard([&] { BeginNewDocument(); });
 }
 
 void DocumentScreen::Unload() {
@@ -157,8 +161,11 @@ std::int32_t DocumentScreen::PresetSeries() {
     return id;
 }
 
+// The series' set-up of the document on the screen again, after a module filled it: the
+// extensions decide their mode anew; what the screen holds stays.
 void DocumentScreen::SeriesSelected() {
-    ShowSeries(SeriesId());
+    SetCaption(CurrentSeries().Title());
+    document_.Raise([](DocumentEvents& l) { l.SelectSeries(); });
 }
 
 void DocumentScreen::ShowSeries(std::int32_t seriesId) {
@@ -194,7 +201,10 @@ void DocumentScreen::FocusFirstBox() {
 }
 
 void DocumentScreen::NewDocument() {
+    // A new form is of the market of the one before, as it is of its date.
+    const auto choices = header_.Choices();
     ClearContent();
+    header_.Choose(choices);
     date_.SetText(lastDate_.value_or(Today()).ToDisplay());
     proposedNumber_ = std::to_string(NextNumber(Db(), SeriesId()));
     number_.SetText(proposedNumber_);
@@ -204,8 +214,28 @@ void DocumentScreen::NewDocument() {
     SetupMode();
     FocusFirstBox();
     document_.KeepSeriesSelection();
-    document_.Raise([](DocumentEvents& l) { l.NewDocumentEnd(); });
     shownContent_ = ContentNow();
+    if (shown_)
+        BeginNewDocument();
+    else
+        newDocumentWaiting_ = true; // until the screen is drawn
+}
+
+// What a new document asks first, once its screen is drawn: a look-up box it cannot be saved
+// without (the market) while it holds nothing, then what the extensions offer (a list to fill
+// it from). A document filled from such a list counts as changed.
+void DocumentScreen::BeginNewDocument() {
+    header_.AskRequiredChoices();
+    shownContent_ = ContentNow();
+    document_.Raise([](DocumentEvents& l) { l.NewDocumentEnd(); });
+}
+
+void DocumentScreen::ChooseParty(std::int32_t code, const std::string& name) {
+    {
+        const auto quiet = typing_.Quiet();
+        party_.SetFocus();
+    }
+    header_.PartyChosen(code, name);
 }
 
 void DocumentScreen::OpenDocument(std::int32_t documentId) {

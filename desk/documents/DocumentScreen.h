@@ -62,6 +62,7 @@ public:
     ui::TextBox& TXPSALETYPE() override { return saleType_; }
     ui::TextBox& TxpCustomer() override { return party_; }
     ui::TextBox& TxpDocDate() override { return date_; }
+    void ChooseParty(std::int32_t code, const std::string& name) override;
     int Member(std::string_view name) const override { return itemGrid_.Member(name); }
     void FillStkInfo(int row) override { itemGrid_.FillItem(row); }
     void RecalcGridRow(int row) override { itemGrid_.WorkOut(row); }
@@ -93,6 +94,7 @@ private:
     std::int32_t SeriesId() const { return CurrentSeries().id; }
     void ClearContent();
     void FocusFirstBox();
+    void BeginNewDocument();
     std::string ContentNow() const;
     bool LeaveDocument();
 
@@ -135,6 +137,8 @@ private:
     std::string shownContent_;   // the document as last shown, new or opened
     std::string proposedNumber_; // the number a new document was shown with
     bool showGridInfo_ = false;
+    bool shown_ = false;
+    bool newDocumentWaiting_ = false; // begun before the screen was drawn
     std::optional<Date> lastDate_; // a new document takes the date of the one saved last
 };
 

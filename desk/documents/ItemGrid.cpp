@@ -152,6 +152,7 @@ void ItemGrid::FillItem(int row) {
     const PropertyBag record = RecordOf(*item);
     if (const int itemCol = Member("COL_PRODUCT_ID"))
         grid_.SetTextMatrix(row, itemCol, record.GetValue("QMHD").AsText());
+    NumberRow(row);
     document_.Raise([&](DocumentEvents& l) { l.FillStkInfo(row, false, record); });
 }
 
@@ -169,6 +170,10 @@ void ItemGrid::WorkOut(int row) {
     int raisedRow = row;
     document_.Raise([&](DocumentEvents& l) { l.RecalcGridRow(raisedRow); });
     grid_.SetTextMatrix(row, unworkedCol_, "");
+    // A line a program filled on the last row gets the empty row for the next one after it,
+    // as a line typed there does.
+    if (row == grid_.Rows() - 1 && document_.IsLine(row))
+        grid_.SetRows(row + 2);
 }
 
 bool ItemGrid::IsWorkedOut(int row) const {

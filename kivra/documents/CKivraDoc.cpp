@@ -32,12 +32,12 @@ void CKivraDoc::Terminate() {
     if (form_.Bound()) form_.Doc().Unsubscribe(*this);
     form_.Release();
     savedItemRates_ = {};
-    pickedBatches_.clear();
+    picking_.Forget();
 }
 
 void CKivraDoc::SelectSeries() {
     ratesLoaded_ = false;
-    jFormPickingDone_ = false;
+    picking_.done = false;
     SeriesMode& mode = form_.mode;
     mode = {};
     auto& doc = form_.Doc();
@@ -61,10 +61,13 @@ void CKivraDoc::SelectSeries() {
 
 void CKivraDoc::NewDocumentEnd() {
     ratesLoaded_ = false;
-    jFormPickingDone_ = false;
-    pickedProduct_ = 0;
+    picking_.Forget();
     documentDate_.reset();
-    if (form_.mode.iForm) OpenPendingJFormList();
+    if (!form_.mode.iForm) return;
+    // The new document's screen is drawn before the list opens over it.
+    form_.Context().Ui().DoEvents();
+    form_.Context().Ui().DoEvents();
+    picking_.SelectJForm();
 }
 
 void CKivraDoc::EditDocumentBegin() {
@@ -99,17 +102,23 @@ void CKivraDoc::DeleteDocumentEnd() {
     if (documentDate_) PostDailyVoucher(*documentDate_);
 }
 
-void CKivraDoc::OpenPendingJFormList() {
-    // The list of pending J-Forms that a new I-Form is filled from comes with the picking of
-    // J-Form items; until then a new I-Form starts empty.
-}
-
 void CKivraDoc::PostDailyVoucher(qx::Date day) {
     DailyVoucher(form_.Context(), form_.Doc().Database(), form_.multipleMarkets, dayColumns_)
         .Post(day);
 }
 
 // ---- Typing ---------------------------------------------------------------------------------
+
+// An I-Form takes over its buyer's pending J-Form lines with the I-Form charges of their item,
+// and the cursor moves on past the party.
+void CKivraDoc::PartySelected() {
+    if (!picking_.OfferedForParty()) return;
+    picking_.PickJFormItems();
+    LoadChargeRates(form_);
+    ratesLoaded_ = true;
+    picking_.done = true;
+    form_.Context().Util().SendKeys("{TAB}");
+}
 
 void CKivraDoc::FillStkInfo(int /*row*/, bool flag, const qx::PropertyBag& item) {
     OfferAccountsSetUp(form_, flag, item);

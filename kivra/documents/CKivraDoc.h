@@ -8,6 +8,7 @@
 
 #include "DailyVoucher.h"
 #include "FormVoucher.h"
+#include "JFormPicking.h"
 #include "MandiForm.h"
 
 #include <cstdint>
@@ -49,6 +50,7 @@ public:
     void DeleteDocument(std::int32_t documentId, bool& cancel) override;
     void DeleteDocumentEnd() override;
     // Typing.
+    void PartySelected() override;
     void FillStkInfo(int row, bool flag, const qx::PropertyBag& item) override;
     void GridCellBeforeLostFocus(int row, int col, const std::string& newValue,
                                  bool& cancel) override;
@@ -69,18 +71,12 @@ public:
     void PostDailyVoucher(qx::Date day);
 
 private:
-    // The hook of the I-Form picking, which comes with that feature; for now it does nothing.
-    void OpenPendingJFormList();
-
     MandiForm form_;
     FormVoucher voucher_{form_};
     // The optional document columns whose heads the day's voucher needs.
     DayColumns dayColumns_;
-    // Chosen in the pending J-Form list of an I-Form.
-    std::int32_t pickedProduct_ = 0;
-    std::string pickedBatches_;
+    JFormPicking picking_{form_};
     bool ratesLoaded_ = false;
-    bool jFormPickingDone_ = false;
     // The day of the document last edited or deleted, whose consolidated voucher is rebuilt.
     std::optional<qx::Date> documentDate_;
     // Charge rates stored on the lines of the document being edited, by "i" + item code.

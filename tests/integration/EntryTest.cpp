@@ -113,8 +113,13 @@ TEST_F(EntryTest, IFormLineIsValuedOnItsWeightAndBearsTheBuyersCharges) {
     EXPECT_EQ(Total(screen, "txtRoundOff"), "-0.40");
     EXPECT_TRUE(Summary(screen).empty()) << "an I-Form bears no levies";
 
-    // Each charge is kept in its own column of the form.
+    // Each charge is kept in its own column of the form. The buyer has nothing pending: the
+    // lines typed stay.
     TypeHeader(screen, "15/04/2024", "bansal traders", "DORAHA", "3", "41");
+    EXPECT_EQ(Messages(), Strings{"No Pending J-Form Items found for\r\nParty: BANSAL TRADERS\r\n"
+                                  "Date: 15/04/2024"});
+    EXPECT_EQ(Line(screen, 1, {"PRODUCT_ID", "AMOUNT"}), (Strings{"WHEAT", "20,400.00"}));
+    frontend.ClearTranscript();
     ASSERT_TRUE(Press(screen, ui::Key::F10));
     EXPECT_TRUE(Messages().empty()) << Messages().front();
     EXPECT_EQ(Rows("SELECT DOCSERIES, PARTYCODE, MARKETID, FORMBOOKNO, FORMNO, GROSSAMT, DamiAmt, "

@@ -35,7 +35,8 @@ TEST_F(SaveTest, AJFormIsSavedOpenedAsSavedSavedAgainOverItselfAndDeletedWhole) 
     EXPECT_EQ(Rows("SELECT DISTINCT DTRNTYPE FROM FADATA"), Strings{"IJF"})
         << "a form goes into the day's voucher";
     EXPECT_EQ(screen.Caption(), "J-Forms - New");
-    EXPECT_EQ(Box(screen, "MARKET").Text(), "");
+    EXPECT_EQ(Box(screen, "MARKET").Text(), "KHANNA") << "the next form is of the same market";
+    EXPECT_EQ(Box(screen, "FORM_NO").Text(), "");
 
     // The item's rate changes after the form was made: the form keeps its own.
     Db().ExecuteSql("UPDATE STKMASTER SET qLabourJF=9 WHERE QMCD=1");

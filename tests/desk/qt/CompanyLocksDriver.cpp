@@ -112,6 +112,14 @@ void SavePdfInTheFolder(QWidget& parent, const QString& folder, const PrintJob& 
 
 // A J-Form typed and saved on the entry screen; false when it was not saved.
 bool SaveJForm(desk::DeskApp& app) {
+    // A new J-Form asks for its market first.
+    test::WhenModalOpens([](QWidget& list) {
+        auto* table = list.findChild<QTableWidget*>("List");
+        if (!table)
+            return list.close(), void();
+        QTest::keyClicks(table, "KHANNA");
+        QTest::keyClick(table, Qt::Key_Return);
+    });
     app.ClickMenu("JForms");
     auto* screen = dynamic_cast<desk::DocumentScreen*>(app.OpenScreens().back().get());
     if (!screen)
@@ -123,15 +131,6 @@ bool SaveJForm(desk::DeskApp& app) {
         !TypeBox(*screen, Box(*screen, "FORM_BOOK_NO"), "12") ||
         !TypeBox(*screen, Box(*screen, "FORM_NO"), "150"))
         return false;
-    test::WhenModalOpens([](QWidget& list) {
-        auto* table = list.findChild<QTableWidget*>("List");
-        if (!table)
-            return list.close(), void();
-        QTest::keyClicks(table, "KHANNA");
-        QTest::keyClick(table, Qt::Key_Return);
-    });
-    screen->Focus(Box(*screen, "MARKET"));
-    screen->KeyDown({.key = ui::Key::F2});
     if (!test::TypeLine(*screen, 1,
                         {{"PRODUCT_ID", "PADDY"},
                          {"CUSTOMER_ID", "SELF"},

@@ -316,7 +316,11 @@ TEST_F(QtDesk, JFormsAndIFormsOnTheEntryScreen) {
     test::TempFolder folder;
     ASSERT_NO_FATAL_FAILURE(OpenDemoCompany(folder));
     frontend.Window().resize(1440, 860);
+    // A new form asks for its market, and a new I-Form then lists the pending J-Forms: Esc
+    // leaves both.
+    auto escape = [](QWidget& modal) { QTest::keyClick(&modal, Qt::Key_Escape); };
     auto shoot = [&](const std::string& menuKey, std::int32_t documentId, const std::string& file) {
+        test::WhenModalsOpen(menuKey == "IForms" ? 2 : 1, escape);
         app.ClickMenu(menuKey);
         auto screen = std::dynamic_pointer_cast<desk::DocumentScreen>(app.OpenScreens().back());
         ASSERT_NE(screen, nullptr);
@@ -332,6 +336,7 @@ TEST_F(QtDesk, JFormsAndIFormsOnTheEntryScreen) {
     shoot("JForms", 1, "j-form.png"); // GURMEET SINGH: a line to PUNGRAIN and one to SELF
     shoot("IForms", 3, "i-form.png"); // PUNGRAIN takes over the paddy
 
+    test::WhenModalOpens(escape);
     app.ClickMenu("JForms");
     auto screen = std::dynamic_pointer_cast<desk::DocumentScreen>(app.OpenScreens().back());
     ASSERT_NE(screen, nullptr);
@@ -377,7 +382,72 @@ TEST_F(QtDesk, JFormsAndIFormsOnTheEntryScreen) {
     QTest::qWait(50);
     EXPECT_EQ(QApplication::focusWidget(), box);
     EXPECT_FALSE(box->hasSelectedText());
+    test::WhenModalOpens(escape); // the market of the new form
     screen->NewDocument();
+    app.CloseCompany();
+}
+
+// A new I-Form at the keyboard: its market, then the pending J-Forms of the market; arrows and
+// Enter take one, the buyer's lines fill the form and the cursor moves on past the party.
+TEST_F(QtDesk, APendingJFormIsPickedFromTheListAtTheKeyboard) {
+    test::TempFolder folder;
+    ASSERT_NO_FATAL_FAILURE(OpenDemoCompany(folder));
+    frontend.Window().resize(1440, 860);
+    // Two buyers' lines of a J-Form of 01/11/2024 at Khanna, before the demo's days.
+    auto& db = app.DeskSession().Database();
+    db.ExecuteSql("INSERT INTO DOCMAIN (DOCUMENTID, DOCSERIES, DOCSERIESID, DOCNUMBER, DOCDATE, "
+                  "PARTYCODE, MARKETID) SELECT 900, 'JF', SERIESID, 900, '2024-11-01', "
+                  "(SELECT MCD FROM FAMASTER WHERE MHD='HARJINDER KAUR'), "
+                  "(SELECT MARKETID FROM MARKETMASTER WHERE MARKETNAME='KHANNA') FROM DOCCONFIG "
+                  "WHERE SERIESCODE='JF'");
+    db.ExecuteSql("INSERT INTO DOCDATA (DOCUMENTID, REFNO, PRODUCTID, CUSTOMERID, QUANTITY, "
+                  "FREEQUANTITY, QTYPERBOX, RATE, JFACTOR) SELECT 900, 1, QMCD, (SELECT MCD FROM "
+                  "FAMASTER WHERE MHD='PUNGRAIN'), 10, 0, 50, 2275, 1 FROM STKMASTER WHERE "
+                  "QMHD='WHEAT' UNION ALL SELECT 900, 2, QMCD, (SELECT MCD FROM FAMASTER WHERE "
+                  "MHD='MARKFED'), 20, 0, 50, 2320, 1 FROM STKMASTER WHERE QMHD='PADDY'");
+
+    bool listShot = false;
+    QString listTitle;
+    test::WhenModalOpens([&](QWidget& markets) {
+        test::WhenModalOpens([&](QWidget& pending) {
+            auto* table = pending.findChild<QTableWidget*>("List");
+            ASSERT_NE(table, nullptr);
+            listTitle = pending.windowTitle();
+            pending.resize(900, 400);
+            QTest::keyClick(table, Qt::Key_Down);
+            QTest::keyClick(table, Qt::Key_Up); // back on the first row, Markfed's paddy
+            QTest::keyClick(table, Qt::Key_Down);
+            QApplication::processEvents();
+            listShot = Shoot(pending, "pending-j-forms.png");
+            QTest::keyClick(table, Qt::Key_Return);
+        });
+        auto* table = markets.findChild<QTableWidget*>("List");
+        ASSERT_NE(table, nullptr);
+        QTest::keyClicks(table, "KHANNA");
+        QTest::keyClick(table, Qt::Key_Return);
+    });
+    app.ClickMenu("IForms");
+    auto screen = std::dynamic_pointer_cast<desk::DocumentScreen>(app.OpenScreens().back());
+    ASSERT_NE(screen, nullptr);
+    QApplication::processEvents();
+    EXPECT_EQ(listTitle, "Pending Parties of J-Form");
+    EXPECT_TRUE(listShot);
+    EXPECT_EQ(screen->TxpCustomer().Text(), "PUNGRAIN");
+    EXPECT_EQ(screen->TxpDocDate().Text(), "01/11/2024");
+    EXPECT_EQ(test::Cell(*screen, 1, "PRODUCT_ID"), "WHEAT");
+    EXPECT_EQ(test::Cell(*screen, 1, "QUANTITY"), "10.00");
+    EXPECT_EQ(test::Cell(*screen, 1, "PRODUCT_ID") + "|" + test::Cell(*screen, 2, "PRODUCT_ID"),
+              "WHEAT|")
+        << "one line, and the empty row for the next: Markfed's paddy is not his";
+    EXPECT_NE(screen->Focused(), &screen->TxpCustomer());
+    auto* focused = QApplication::focusWidget();
+    EXPECT_TRUE(focused && focused->objectName() != "txpCustomer");
+    frontend.WindowOf(*screen)->showMaximized();
+    QApplication::processEvents();
+    EXPECT_TRUE(Shoot(frontend.Window(), "i-form-picked.png"));
+
+    test::WhenModalOpens([](QWidget& question) { QTest::keyClick(&question, Qt::Key_N); });
+    EXPECT_TRUE(app.CloseScreen(*screen));
     app.CloseCompany();
 }
 

@@ -43,4 +43,12 @@ inline void WhenModalOpens(std::function<void(QWidget& modal)> action) {
     WhenOpens<QWidget>(std::move(action));
 }
 
+// Acts on each of the next count modal windows in turn, as they open one after the other.
+inline void WhenModalsOpen(int count, std::function<void(QWidget& modal)> action) {
+    WhenModalOpens([count, action](QWidget& modal) {
+        if (count > 1) WhenModalsOpen(count - 1, action);
+        action(modal);
+    });
+}
+
 } // namespace qx::test

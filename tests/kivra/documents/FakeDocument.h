@@ -136,6 +136,7 @@ public:
     ui::TextBox& TXPSALETYPE() override { return saleType_; }
     ui::TextBox& TxpCustomer() override { return customer_; }
     ui::TextBox& TxpDocDate() override { return docDateBox_; }
+    void ChooseParty(std::int32_t, const std::string&) override { Unexpected("ChooseParty"); }
     int Member(std::string_view name) const override {
         auto it = members_.find(std::string(name));
         return it == members_.end() ? 0 : it->second;

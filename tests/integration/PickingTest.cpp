@@ -1,0 +1,158 @@
+// Filling I-Forms from the J-Form lines pending for their buyer, through the desk's engine with
+// the Kivra extension: the list of pending J-Forms a new I-Form opens with, the buyer's lines
+// of the day picked when the party is chosen, and an older day of the market still pending
+// stopping it. Pending lines are written as saved J-Forms and I-Forms leave them (J factor +1
+// and -1).
+#include "MandiCompany.h"
+
+#include "desk/core/SelectItemScreen.h"
+
+using namespace qx;
+using test::Strings;
+
+namespace {
+
+const char* const kOlderPending =
+    "Certain J-Forms are still pending before this Date (14/04/2024). You should make I-Forms "
+    "of pending J-Forms before making I-Forms in this date.\r\nCan't continue";
+
+class PickingTest : public test::MandiCompany {
+protected:
+    void SetUp() override {
+        MandiCompany::SetUp();
+        // An I-Form is of a market: a new one asks for it first.
+        Db().ExecuteSql("UPDATE DOCBOXES SET REQUIRED=1 WHERE SERIESID=2 AND BOXNAME='MARKET'");
+        Db().ExecuteSql("INSERT INTO FAMASTER (MCD, MHD, MST) VALUES (203, 'GOYAL MILLS', '')");
+    }
+
+    // A saved form: its market and date, and its lines as "item buyer quantity rate jfactor".
+    void SavedForm(int id, const std::string& series, const std::string& isoDate, int market,
+                   const std::vector<std::tuple<int, int, const char*, const char*, int>>& lines) {
+        Db().ExecuteSql("INSERT INTO DOCMAIN (DOCUMENTID, DOCSERIES, DOCSERIESID, DOCNUMBER, "
+                        "DOCDATE, PARTYCODE, MARKETID) VALUES (" +
+                        std::to_string(id) + ", '" + series + "', " + (series == "JF" ? "1" : "2") +
+                        ", " + std::to_string(id) + ", '" + isoDate + "', 101, " +
+                        std::to_string(market) + ")");
+        int refNo = 0;
+        for (const auto& [item, buyer, quantity, rate, jFactor] : lines)
+            Db().ExecuteSql("INSERT INTO DOCDATA (DOCUMENTID, REFNO, PRODUCTID, CUSTOMERID, "
+                            "QUANTITY, FREEQUANTITY, QTYPERBOX, RATE, JFACTOR) VALUES (" +
+                            std::to_string(id) + ", " + std::to_string(++refNo) + ", " +
+                            std::to_string(item) + ", " + std::to_string(buyer) + ", " + quantity +
+                            ", 0, 50, " + rate + ", " + std::to_string(jFactor) + ")");
+    }
+
+    // A new I-Form: its market chosen first, then the pending J-Forms listed; take is what the
+    // user takes from the list (nothing: he presses Esc).
+    desk::DocumentScreen& NewIForm(const std::string& market, Strings take) {
+        ChooseInNextList(market);
+        frontend.QueueModal([this, take](ui::Screen& list) {
+            listed = ListRows(list);
+            if (!take.empty()) {
+                EXPECT_TRUE(desk::TakeRows(list, {take}));
+            }
+        });
+        return OpenMenu("IForms");
+    }
+    static Strings ListRows(ui::Screen& list) {
+        Strings rows;
+        const auto& grid = list.Get<ui::Grid>(desk::kSelectItemGrid);
+        for (int row = 0; row < grid.Rows(); ++row) {
+            std::string line;
+            for (int col = 1; col < grid.Cols(); ++col) line += (col > 1 ? "|" : "") + grid.TextMatrix(row, col);
+            rows.push_back(line);
+        }
+        return rows;
+    }
+    static Strings Lines(desk::DocumentScreen& screen) {
+        Strings lines;
+        for (int row = 1; row < screen.Grid().Rows(); ++row) {
+            std::string line;
+            for (const char* key : {"PRODUCT_ID", "QTY_PER_BOX", "QUANTITY", "NO_OF_BOXES", "RATE", "AMOUNT"})
+                line += (line.empty() ? "" : " ") + Cell(screen, row, key);
+            if (line.find_first_not_of(' ') != std::string::npos) lines.push_back(line);
+        }
+        return lines;
+    }
+
+    Strings listed;
+};
+
+// Bansal Traders bought wheat at Khanna on 15/04 at 2000 and at 2100; an I-Form took 4 of the
+// 10 quintals at 2000 already. Goyal Mills and Doraha's forms are listed apart.
+TEST_F(PickingTest, TheChosenBuyerGetsHisPendingLinesOfThatDayFromTheList) {
+    SavedForm(1, "JF", "2024-04-15", 1,
+              {{1, 201, "10", "2000", 1}, {1, 201, "5", "2100", 1}, {2, 201, "3", "1900", 1},
+               {1, 202, "2", "2000", 0}, {1, 203, "7", "2050", 1}});
+    SavedForm(2, "IF", "2024-04-15", 1, {{1, 201, "4", "2000", -1}});
+    SavedForm(3, "JF", "2024-04-15", 2, {{1, 201, "8", "2000", 1}});
+
+    auto& screen = NewIForm("KHANNA", {"BANSAL TRADERS", "WHEAT"});
+    EXPECT_EQ(listed, (Strings{"Doc Date|Party|Item|Qty", "15/04/2024|BANSAL TRADERS|PADDY|3.00",
+                               "15/04/2024|BANSAL TRADERS|WHEAT|11.00",
+                               "15/04/2024|GOYAL MILLS|WHEAT|7.00"}))
+        << "Khanna's pending quantities by day, buyer and item; the firm's own and Doraha's apart";
+    EXPECT_EQ(screen.TxpDocDate().Text(), "15/04/2024");
+    EXPECT_EQ(screen.TxpCustomer().Text(), "BANSAL TRADERS");
+    EXPECT_EQ(screen.Document().PartyID(), 201);
+    // Without option 637 the item's lines of the day are one, at the highest rate.
+    EXPECT_EQ(Lines(screen), Strings{"WHEAT 50.00 11.00 22 2,100.00 23,100.00"});
+    EXPECT_EQ(Charges(screen), (Strings{"DAMI 2.5 577.50", "LABOUR 5.5 121.00", "LOADING 3 66.00",
+                                        "STITCHING 1.5 33.00", "DHARMADA 0.1 23.10"}))
+        << "wheat's I-Form rates";
+    EXPECT_NE(screen.Focused(), &screen.TxpCustomer()) << "the cursor moved on past the party";
+    EXPECT_TRUE(Messages().empty()) << Messages().front();
+
+    // With option 637 lines of different rates stay apart, in the list and on the form.
+    frontend.QueueAnswer(kAnswerNo); // the filled form is not saved
+    ASSERT_TRUE(app.CloseScreen(screen));
+    app.DeskSession().SetOption(637, "Yes");
+    auto& byRate = NewIForm("KHANNA", {"BANSAL TRADERS", "WHEAT", "2,100.00"});
+    EXPECT_EQ(listed, (Strings{"Doc Date|Party|Item|Rate|Qty",
+                               "15/04/2024|BANSAL TRADERS|PADDY|1,900.00|3.00",
+                               "15/04/2024|BANSAL TRADERS|WHEAT|2,000.00|6.00",
+                               "15/04/2024|BANSAL TRADERS|WHEAT|2,100.00|5.00",
+                               "15/04/2024|GOYAL MILLS|WHEAT|2,050.00|7.00"}));
+    EXPECT_EQ(Lines(byRate), (Strings{"WHEAT 50.00 6.00 12 2,000.00 12,000.00",
+                                      "WHEAT 50.00 5.00 10 2,100.00 10,500.00"}));
+}
+
+// The market's forms are settled day by day: an I-Form of the 15th waits until the 14th of its
+// market is picked; another market's day does not hold it up.
+TEST_F(PickingTest, AnOlderPendingDayOfTheMarketStopsThePicking) {
+    SavedForm(1, "JF", "2024-04-14", 1, {{1, 203, "2", "2000", 1}});
+    SavedForm(2, "JF", "2024-04-15", 1, {{1, 201, "10", "2000", 1}});
+    SavedForm(3, "JF", "2024-04-13", 2, {{1, 203, "9", "2000", 1}});
+
+    auto& screen = NewIForm("KHANNA", {});
+    EXPECT_EQ(listed.size(), 3u) << "both days of Khanna are listed";
+    ASSERT_TRUE(TypeBox(screen, screen.TxpDocDate(), "15/04/2024"));
+    ASSERT_TRUE(TypeBox(screen, screen.TxpCustomer(), "bansal traders"));
+    EXPECT_EQ(Messages(), Strings{kOlderPending});
+    EXPECT_TRUE(Lines(screen).empty());
+
+    // Once the 14th is taken over, the 15th is picked; Doraha's 13th is left to Doraha.
+    SavedForm(4, "IF", "2024-04-14", 1, {{1, 203, "2", "2000", -1}});
+    frontend.ClearTranscript();
+    ASSERT_TRUE(TypeBox(screen, screen.TxpCustomer(), "goyal mills"));
+    EXPECT_EQ(Messages(), Strings{"No Pending J-Form Items found for\r\nParty: GOYAL MILLS\r\n"
+                                  "Date: 15/04/2024"});
+    ASSERT_TRUE(TypeBox(screen, screen.TxpCustomer(), "bansal traders"));
+    EXPECT_EQ(Lines(screen), Strings{"WHEAT 50.00 10.00 20 2,000.00 20,000.00"});
+
+    // A saved I-Form keeps its lines whoever its party becomes; emptied, it is offered its
+    // party's pending lines (its own taken back).
+    screen.OpenDocument(4);
+    ASSERT_TRUE(TypeBox(screen, screen.TxpCustomer(), "bansal traders"));
+    EXPECT_EQ(Lines(screen), Strings{"WHEAT 50.00 2.00  2,000.00 "}) << "as it was saved";
+    screen.Focus(screen.Grid());
+    screen.Grid().SetCurrent(1, screen.Member("COL_QUANTITY"));
+    ASSERT_TRUE(screen.KeyDown({.key = ui::Key::Delete, .ctrl = true}));
+    frontend.ClearTranscript();
+    frontend.QueueAnswer(kAnswerYes);
+    ASSERT_TRUE(TypeBox(screen, screen.TxpCustomer(), "goyal mills"));
+    EXPECT_EQ(Messages(), Strings{"Do you want to pick items from J-Form?"});
+    EXPECT_EQ(Lines(screen), Strings{"WHEAT 50.00 2.00 4 2,000.00 4,000.00"});
+}
+
+} // namespace
