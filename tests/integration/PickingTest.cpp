@@ -155,4 +155,29 @@ TEST_F(PickingTest, AnOlderPendingDayOfTheMarketStopsThePicking) {
     EXPECT_EQ(Lines(screen), Strings{"WHEAT 50.00 2.00 4 2,000.00 4,000.00"});
 }
 
+// Where the I-Form has a batch column the list is by batch; the batches marked in it are
+// picked, each a line of its own.
+TEST_F(PickingTest, BatchesMarkedInTheListArePickedEachOnALine) {
+    Db().ExecuteSql("INSERT INTO DOCCOLUMNS (SERIESID, POSITION, COLKEY, CAPTION, WIDTH, FORMAT, "
+                    "EDITABLE, FIELD) VALUES (2, 10, 'BATCH_NO', 'Lot', 800, '', 1, '')");
+    SavedForm(1, "JF", "2024-04-15", 1,
+              {{1, 201, "10", "2000", 1}, {1, 201, "5", "2100", 1}, {1, 201, "3", "2100", 1}});
+    Db().ExecuteSql("UPDATE DOCDATA SET BATCHNO=CASE REFNO WHEN 1 THEN 'L1' WHEN 2 THEN 'O''NEIL' "
+                    "ELSE 'L3' END");
+
+    ChooseInNextList("KHANNA");
+    frontend.QueueModal([this](ui::Screen& list) {
+        listed = ListRows(list);
+        EXPECT_TRUE(desk::TakeRows(list, {{"O'NEIL"}, {"L3"}}));
+    });
+    auto& screen = OpenMenu("IForms");
+    EXPECT_EQ(listed, (Strings{"Doc Date|Party|Item|Batch No|Rate|Qty",
+                               "15/04/2024|BANSAL TRADERS|WHEAT|L1|2,000.00|10.00",
+                               "15/04/2024|BANSAL TRADERS|WHEAT|L3|2,100.00|3.00",
+                               "15/04/2024|BANSAL TRADERS|WHEAT|O'NEIL|2,100.00|5.00"}));
+    EXPECT_EQ(Lines(screen), (Strings{"WHEAT 50.00 3.00 6 2,100.00 6,300.00",
+                                      "WHEAT 50.00 5.00 10 2,100.00 10,500.00"}));
+    EXPECT_EQ(Cell(screen, 1, "BATCH_NO") + " " + Cell(screen, 2, "BATCH_NO"), "L3 O'NEIL");
+}
+
 } // namespace
