@@ -396,52 +396,41 @@ TEST_F(QtDesk, APendingJFormIsPickedFromTheListAtTheKeyboard) {
     // Two buyers' lines of a J-Form of 01/11/2024 at Khanna, before the demo's days.
     auto& db = app.DeskSession().Database();
     db.ExecuteSql("INSERT INTO DOCMAIN (DOCUMENTID, DOCSERIES, DOCSERIESID, DOCNUMBER, DOCDATE, "
-                  "PARTYCODE, MARKETID) SELECT 900, 'JF', SERIESID, 900, '2024-11-01', "
-                  "(SELECT MCD FROM FAMASTER WHERE MHD='HARJINDER KAUR'), "
-                  "(SELECT MARKETID FROM MARKETMASTER WHERE MARKETNAME='KHANNA') FROM DOCCONFIG "
-                  "WHERE SERIESCODE='JF'");
+                  "MARKETID) SELECT 900, 'JF', SERIESID, 900, '2024-11-01', (SELECT MARKETID "
+                  "FROM MARKETMASTER WHERE MARKETNAME='KHANNA') FROM DOCCONFIG WHERE SERIESCODE='JF'");
     db.ExecuteSql("INSERT INTO DOCDATA (DOCUMENTID, REFNO, PRODUCTID, CUSTOMERID, QUANTITY, "
-                  "FREEQUANTITY, QTYPERBOX, RATE, JFACTOR) SELECT 900, 1, QMCD, (SELECT MCD FROM "
-                  "FAMASTER WHERE MHD='PUNGRAIN'), 10, 0, 50, 2275, 1 FROM STKMASTER WHERE "
-                  "QMHD='WHEAT' UNION ALL SELECT 900, 2, QMCD, (SELECT MCD FROM FAMASTER WHERE "
-                  "MHD='MARKFED'), 20, 0, 50, 2320, 1 FROM STKMASTER WHERE QMHD='PADDY'");
+                  "FREEQUANTITY, QTYPERBOX, RATE, JFACTOR) SELECT 900, QMCD, QMCD, MCD, 10, 0, 50, "
+                  "2275, 1 FROM STKMASTER, FAMASTER WHERE QMHD='WHEAT' AND MHD='PUNGRAIN' OR "
+                  "QMHD='PADDY' AND MHD='MARKFED'");
 
+    auto choose = [](QWidget& list, const char* keys, int downs) {
+        auto* table = list.findChild<QTableWidget*>("List");
+        ASSERT_NE(table, nullptr);
+        QTest::keyClicks(table, keys);
+        for (int down = 0; down < downs; ++down) QTest::keyClick(table, Qt::Key_Down);
+        QTest::keyClick(table, Qt::Key_Return);
+    };
     bool listShot = false;
-    QString listTitle;
     test::WhenModalOpens([&](QWidget& markets) {
         test::WhenModalOpens([&](QWidget& pending) {
-            auto* table = pending.findChild<QTableWidget*>("List");
-            ASSERT_NE(table, nullptr);
-            listTitle = pending.windowTitle();
             pending.resize(900, 400);
-            QTest::keyClick(table, Qt::Key_Down);
-            QTest::keyClick(table, Qt::Key_Up); // back on the first row, Markfed's paddy
-            QTest::keyClick(table, Qt::Key_Down);
             QApplication::processEvents();
             listShot = Shoot(pending, "pending-j-forms.png");
-            QTest::keyClick(table, Qt::Key_Return);
+            choose(pending, "", 1); // Markfed's paddy first, then Pungrain's wheat
         });
-        auto* table = markets.findChild<QTableWidget*>("List");
-        ASSERT_NE(table, nullptr);
-        QTest::keyClicks(table, "KHANNA");
-        QTest::keyClick(table, Qt::Key_Return);
+        choose(markets, "KHANNA", 0);
     });
     app.ClickMenu("IForms");
     auto screen = std::dynamic_pointer_cast<desk::DocumentScreen>(app.OpenScreens().back());
     ASSERT_NE(screen, nullptr);
     QApplication::processEvents();
-    EXPECT_EQ(listTitle, "Pending Parties of J-Form");
     EXPECT_TRUE(listShot);
     EXPECT_EQ(screen->TxpCustomer().Text(), "PUNGRAIN");
-    EXPECT_EQ(screen->TxpDocDate().Text(), "01/11/2024");
-    EXPECT_EQ(test::Cell(*screen, 1, "PRODUCT_ID"), "WHEAT");
-    EXPECT_EQ(test::Cell(*screen, 1, "QUANTITY"), "10.00");
     EXPECT_EQ(test::Cell(*screen, 1, "PRODUCT_ID") + "|" + test::Cell(*screen, 2, "PRODUCT_ID"),
               "WHEAT|")
-        << "one line, and the empty row for the next: Markfed's paddy is not his";
-    EXPECT_NE(screen->Focused(), &screen->TxpCustomer());
+        << "his line, and the empty row for the next";
     auto* focused = QApplication::focusWidget();
-    EXPECT_TRUE(focused && focused->objectName() != "txpCustomer");
+    EXPECT_TRUE(focused && focused->objectName() == "TXPSALETYPE") << "moved on past the party";
     frontend.WindowOf(*screen)->showMaximized();
     QApplication::processEvents();
     EXPECT_TRUE(Shoot(frontend.Window(), "i-form-picked.png"));
