@@ -145,7 +145,12 @@ private:
 
 } // namespace
 
+void QtFrontend::ShowChangesOfWindows() {
+    for (const auto& [screen, window] : windows_) window->View().ShowChanges();
+}
+
 void QtFrontend::RunModal(ui::Screen& screen) {
+    ShowChangesOfWindows();
     KeyboardComesBack back;
     ScreenDialog dialog(screen, DialogParent());
     dialog.View().Act([&] { screen.RunActivate(); });
@@ -173,6 +178,7 @@ int QtFrontend::Message(const std::string& prompt, const std::string& options,
     QMessageBox::StandardButtons buttons = QMessageBox::Ok;
     if (question) buttons = QMessageBox::Yes | QMessageBox::No;
     if (cancel) buttons |= QMessageBox::Cancel;
+    ShowChangesOfWindows();
     KeyboardComesBack back;
     QMessageBox box(icon, QStringLiteral("QX Desk"), ToQString(prompt), buttons, DialogParent());
     box.setDefaultButton(question ? QMessageBox::Yes : QMessageBox::Ok);
@@ -208,7 +214,10 @@ void QtFrontend::Activate(ui::Screen& screen) {
     if (QMdiSubWindow* window = WindowOf(screen)) Window().Area().setActiveSubWindow(window);
 }
 
-void QtFrontend::ProcessEvents() { QApplication::processEvents(); }
+void QtFrontend::ProcessEvents() {
+    ShowChangesOfWindows();
+    QApplication::processEvents();
+}
 
 QWidget* QtFrontend::DialogParent() {
     if (QWidget* active = QApplication::activeWindow()) return active;

@@ -38,6 +38,7 @@ public:
 
 private:
     QWidget* DialogParent();
+    void ShowChangesOfWindows();
 
     std::unique_ptr<MainWindow> window_;
     std::map<const ui::Screen*, ScreenWindow*> windows_;

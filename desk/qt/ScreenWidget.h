@@ -48,6 +48,9 @@ public:
     bool HandleKey(const QKeyEvent& event);
     // Lets the screen see the keys pressed in a widget of one of its controls.
     void WatchKeys(QWidget* widget);
+    // Shows what changed in the model and is not shown yet (while an action runs, the widgets
+    // wait for its end): a dialog opened by the action then stands over the screen as it is.
+    void ShowChanges();
 
     // What the window does when the model asks it to close (ui::Screen::Close).
     std::function<void()> OnCloseWanted;
@@ -65,7 +68,6 @@ private:
     ControlView* ViewHolding(const QWidget* widget) const;
     void FocusMoved(QWidget* now);
     void FocusModelControl();
-    void ShowChanges();
 
     ui::Screen& screen_;
     std::vector<std::unique_ptr<ControlView>> views_;

@@ -411,8 +411,11 @@ TEST_F(QtDesk, APendingJFormIsPickedFromTheListAtTheKeyboard) {
         QTest::keyClick(table, Qt::Key_Return);
     };
     bool listShot = false;
+    QString marketShown;
     test::WhenModalOpens([&](QWidget& markets) {
         test::WhenModalOpens([&](QWidget& pending) {
+            if (auto* market = frontend.Window().findChild<QLineEdit*>("TXPUDI0"))
+                marketShown = market->text();
             pending.resize(900, 400);
             QApplication::processEvents();
             listShot = Shoot(pending, "pending-j-forms.png");
@@ -425,6 +428,7 @@ TEST_F(QtDesk, APendingJFormIsPickedFromTheListAtTheKeyboard) {
     ASSERT_NE(screen, nullptr);
     QApplication::processEvents();
     EXPECT_TRUE(listShot);
+    EXPECT_EQ(marketShown, "KHANNA") << "the list opens over the form as it is";
     EXPECT_EQ(screen->TxpCustomer().Text(), "PUNGRAIN");
     EXPECT_EQ(test::Cell(*screen, 1, "PRODUCT_ID") + "|" + test::Cell(*screen, 2, "PRODUCT_ID"),
               "WHEAT|")
