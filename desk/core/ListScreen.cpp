@@ -30,6 +30,7 @@ ListScreen::ListScreen(std::string name, std::string caption, const std::string&
                        int firstSearchedCol)
     : Screen(std::move(name), std::move(caption)), find_(Add<ui::Label>("Find")),
       list_(Add<ui::Grid>(listName)), firstSearchedCol_(firstSearchedCol) {
+    list_.SelectsRows = true;
     list_.OnDoubleClick = [this](int row, int) {
         if (row < 1 || row >= list_.Rows()) return;
         list_.SetCurrent(row, list_.Col());

@@ -81,6 +81,7 @@ GridView::GridView(ui::Grid& grid, ScreenWidget& screen, QWidget* parent)
     table_->setItemDelegate(editing_);
     table_->verticalHeader()->hide();
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
+    if (grid.SelectsRows) table_->setSelectionBehavior(QAbstractItemView::SelectRows);
     table_->setEditTriggers(QAbstractItemView::AnyKeyPressed | QAbstractItemView::DoubleClicked |
                             QAbstractItemView::EditKeyPressed);
     // Tab goes to the model, which moves on as Enter does; Shift+Tab leaves the grid.

@@ -62,6 +62,7 @@ public:
 
     bool Editable = false; // cells can be typed into
     bool GrowsRows = false; // typing into the last row adds an empty row after it
+    bool SelectsRows = false; // a list to choose from: the cursor shows as its whole row
     // Marks rows for printing: the report grid's row marks are printed as layout.
     int FixedCols = 0; // leading columns shown as row headers
 
