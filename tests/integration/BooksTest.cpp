@@ -22,16 +22,27 @@ protected:
         ASSERT_TRUE(Messages().empty()) << Messages().front();
         app.CloseScreen(screen);
     }
-    // Pungrain's I-Form takes 4 of his 10 quintals; his weighing finds 20 kg more.
+    // Pungrain's I-Form: choosing him picks his 10 quintals pending, of which he takes 4; his
+    // weighing finds 20 kg more.
     void SaveIForm501(const std::string& date) {
-        auto& screen = OpenMenu("IForms");
+        auto& screen = NewIForm("KHANNA");
         TypeHeader(screen, date, "pungrain", "KHANNA", "3", "501");
-        ASSERT_TRUE(TypeLine(screen, 1, ILine("paddy", "50", "4", "20", "2000")));
+        ASSERT_EQ(Line(screen, 1, {"PRODUCT_ID", "QUANTITY", "RATE"}),
+                  (Strings{"PADDY", "10.00", "2,000.00"}));
+        // The picked line's 20 bags stay as they are until the clerk counts his 8.
+        Cells line = ILine("paddy", "50", "4", "20", "2000");
+        line.emplace_back("NO_OF_BOXES", "8");
+        ASSERT_TRUE(TypeLine(screen, 1, line));
         ASSERT_EQ(Line(screen, 1, {"TOTAL_WT", "DIFF_QTY", "AMOUNT"}),
                   (Strings{"4.20", "0.2", "8,400.00"}));
         ASSERT_TRUE(Press(screen, ui::Key::F10));
         ASSERT_TRUE(Messages().empty()) << Messages().front();
         app.CloseScreen(screen);
+    }
+    // A new I-Form of the market; its list of pending J-Forms is left with Esc.
+    desk::DocumentScreen& NewIForm(const std::string& market) {
+        ChooseInNextList(market);
+        return OpenMenu("IForms");
     }
     std::int32_t DocumentOf(const std::string& series, int form) {
         return Db()
@@ -154,7 +165,7 @@ TEST_F(BooksTest, LabourIsPostedToTheHeadsOfItsDay) {
         TypeHeader(jForm, day, "harpal singh", "KHANNA", "1", day == "31/03/2019" ? "1" : "2");
         ASSERT_TRUE(TypeLine(jForm, 1, JLine("paddy", "pungrain", "50", "10", "2000")));
         ASSERT_TRUE(Press(jForm, ui::Key::F10));
-        auto& iForm = OpenMenu("IForms");
+        auto& iForm = NewIForm("KHANNA");
         TypeHeader(iForm, day, "pungrain", "KHANNA", "1", day == "31/03/2019" ? "1" : "2");
         // The second buyer's weighing finds 20 kg more, which the agent has none of.
         ASSERT_TRUE(TypeLine(iForm, 1,
