@@ -32,7 +32,8 @@ public:
     virtual ui::Control& PicGridInfo() = 0; // the summary grid's panel
     virtual bool ShowGridinfo() const = 0;
     virtual void SetShowGridinfo(bool show) = 0;
-    // The series' own input boxes, each named by its ExtVal "Name" ("FORM_NO").
+    // The series' own input boxes, each named by its ExtVal "Name" ("FORM_NO"), numbered from
+    // 1: element 0 holds no box, so that a box number of 0 means "absent".
     virtual std::vector<ui::TextBox*> TXPUDI() = 0;
     virtual ui::TextBox& TXPSALETYPE() = 0;
     virtual ui::TextBox& TxpCustomer() = 0; // the party

@@ -61,7 +61,7 @@ private:
     void EnterBox(const std::string& name, const std::string& text) {
         At("box " + name);
         for (ui::TextBox* box : screen_.TXPUDI()) {
-            if (box->ExtVal().GetValue("Name").AsText() != name)
+            if (!box || box->ExtVal().GetValue("Name").AsText() != name)
                 continue;
             if (!box->OnLookup) {
                 TypeInto(*box, text);

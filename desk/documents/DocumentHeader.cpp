@@ -32,8 +32,11 @@ void DocumentHeader::SetUp() {
 }
 
 std::vector<ui::TextBox*> DocumentHeader::SeriesBoxes() const {
-    return {boxes_.pool.begin(), boxes_.pool.begin() + static_cast<std::ptrdiff_t>(
-                                                           document_.CurrentSeries().boxes.size())};
+    std::vector<ui::TextBox*> numbered{nullptr};
+    numbered.insert(numbered.end(), boxes_.pool.begin(),
+                    boxes_.pool.begin() +
+                        static_cast<std::ptrdiff_t>(document_.CurrentSeries().boxes.size()));
+    return numbered;
 }
 
 void DocumentHeader::Clear() {

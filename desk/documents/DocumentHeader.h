@@ -33,6 +33,7 @@ public:
     // The boxes of the document's series: captions and look-ups as it configures them, the
     // pool's others hidden.
     void SetUp();
+    // Numbered from 1, as a module addresses them: element 0 holds no box.
     std::vector<ui::TextBox*> SeriesBoxes() const;
 
     // No party, the series' boxes empty.

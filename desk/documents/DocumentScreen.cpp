@@ -111,7 +111,7 @@ DocumentScreen::DocumentScreen(DeskApp& app)
 std::vector<ui::TextBox*> DocumentScreen::MakeBoxPool() {
     std::vector<ui::TextBox*> pool;
     for (int i = 0, count = MostSeriesBoxes(Db()); i < count; ++i) {
-        auto& box = Add<ui::TextBox>("TXPUDI" + std::to_string(i));
+        auto& box = Add<ui::TextBox>("TXPUDI" + std::to_string(i + 1)); // numbered from 1
         const auto index = static_cast<std::size_t>(i);
         box.OnChange = [this, index] { header_.SeriesBoxChanged(index); };
         box.OnValidate = [this, index](bool& cancel) { header_.CheckSeriesBox(index, cancel); };

@@ -22,8 +22,8 @@ void MandiForm::Release() {
     itemGrid_ = nullptr;
     chargesGrid_ = nullptr;
     columns = {};
-    formBookBox_.reset();
-    formNoBox_.reset();
+    formBookBox_ = 0;
+    formNoBox_ = 0;
 }
 
 qx::HostDocument& MandiForm::Doc() const {
@@ -83,12 +83,12 @@ void MandiForm::FindStandardColumns() {
 }
 
 void MandiForm::FindInputBoxes() {
-    formBookBox_.reset();
-    formNoBox_.reset();
+    formBookBox_ = 0;
+    formNoBox_ = 0;
     const auto boxes = Form().TXPUDI();
     // Every box is examined: of two boxes with one name, the last wins.
-    for (std::size_t i = 0; i < boxes.size(); ++i) {
-        if (!boxes[i]) continue;
+    for (int i = 0; i < static_cast<int>(boxes.size()); ++i) {
+        if (!boxes[i]) continue; // number 0 holds no box
         const std::string name = boxes[i]->ExtVal().GetValue("Name").AsText();
         if (name == "FORM_BOOK_NO")
             formBookBox_ = i;
@@ -97,10 +97,12 @@ void MandiForm::FindInputBoxes() {
     }
 }
 
-qx::ui::TextBox* MandiForm::InputBox(std::optional<std::size_t> index) const {
-    if (!index) return nullptr;
+qx::ui::TextBox& MandiForm::InputBox(int number) const {
     const auto boxes = Form().TXPUDI();
-    return *index < boxes.size() ? boxes[*index] : nullptr;
+    if (number < 1 || number >= static_cast<int>(boxes.size()) || !boxes[number])
+        throw std::logic_error("The document screen has no input box " + std::to_string(number) +
+                               ".");
+    return *boxes[number];
 }
 
 std::string MandiForm::Cell(int row, int col) const {

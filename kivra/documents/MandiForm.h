@@ -8,10 +8,8 @@
 
 #include "host/HostDocument.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <exception>
-#include <optional>
 #include <string>
 
 namespace kivra {
@@ -99,8 +97,16 @@ public:
     void NoteColumn(int col, const std::string& key);
     void FindStandardColumns();
     void FindInputBoxes();
-    qx::ui::TextBox* FormBookBox() const { return InputBox(formBookBox_); }
-    qx::ui::TextBox* FormNoBox() const { return InputBox(formNoBox_); }
+    // Numbers of the form book and form number boxes among the screen's TXPUDI boxes, which
+    // the host numbers from 1; 0 where the series has no such box.
+    int FormBookBoxNumber() const { return formBookBox_; }
+    int FormNoBoxNumber() const { return formNoBox_; }
+    qx::ui::TextBox& InputBox(int number) const;
+    // The boxes themselves; null where the series has none.
+    qx::ui::TextBox* FormBookBox() const {
+        return formBookBox_ > 0 ? &InputBox(formBookBox_) : nullptr;
+    }
+    qx::ui::TextBox* FormNoBox() const { return formNoBox_ > 0 ? &InputBox(formNoBox_) : nullptr; }
 
     // A cell of the item grid; an absent column reads as empty and takes no writing.
     std::string Cell(int row, int col) const;
@@ -121,15 +127,12 @@ public:
     void Notify(const std::string& notice) const;
 
 private:
-    qx::ui::TextBox* InputBox(std::optional<std::size_t> index) const;
-
     ModuleContext& context_;
     qx::HostDocument* doc_ = nullptr;
     qx::ui::Grid* itemGrid_ = nullptr;
     qx::ui::Grid* chargesGrid_ = nullptr;
-    // Indices into the screen's TXPUDI boxes.
-    std::optional<std::size_t> formBookBox_;
-    std::optional<std::size_t> formNoBox_;
+    int formBookBox_ = 0;
+    int formNoBox_ = 0;
 };
 
 } // namespace kivra

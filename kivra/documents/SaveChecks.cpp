@@ -32,18 +32,18 @@ void CheckBagFigures(MandiForm& form, bool& cancel) {
 }
 
 void CheckFormNumbers(MandiForm& form, bool& cancel) {
-    qx::ui::TextBox* formNoBox = form.FormNoBox();
-    if (!formNoBox) return;
-    qx::ui::TextBox* formBookBox = form.FormBookBox();
+    if (form.FormNoBoxNumber() <= 0) return;
+    qx::ui::TextBox& formNoBox = form.InputBox(form.FormNoBoxNumber());
     auto& doc = form.Doc();
-    const Amount formNo = qx::TextToAmount(formNoBox->Text());
+    const Amount formNo = qx::TextToAmount(formNoBox.Text());
 
     std::string duplicate = "DocumentID<>" + std::to_string(doc.DocumentID());
-    if (formBookBox) {
-        const Amount bookNo = qx::TextToAmount(formBookBox->Text());
+    if (form.FormBookBoxNumber() >= 1) {
+        qx::ui::TextBox& formBookBox = form.InputBox(form.FormBookBoxNumber());
+        const Amount bookNo = qx::TextToAmount(formBookBox.Text());
         if (bookNo.IsZero()) {
             form.Notify("Book no. not specified.");
-            if (formBookBox->Visible()) formBookBox->SetFocus();
+            if (formBookBox.Visible()) formBookBox.SetFocus();
             cancel = true;
             return;
         }
@@ -57,13 +57,13 @@ void CheckFormNumbers(MandiForm& form, bool& cancel) {
 
     if (formNo.IsZero()) {
         form.Notify("Form no. not specified.");
-        if (formNoBox->Visible()) formNoBox->SetFocus();
+        if (formNoBox.Visible()) formNoBox.SetFocus();
         cancel = true;
         return;
     }
     if (duplicateId != 0) {
         form.Notify("This form no. already exists");
-        if (formNoBox->Visible()) formNoBox->SetFocus();
+        if (formNoBox.Visible()) formNoBox.SetFocus();
         cancel = true;
     }
 }

@@ -21,7 +21,7 @@ inline bool TypeBox(desk::DocumentScreen& screen, ui::TextBox& box, const std::s
 // The series' own header box of that name ("FORM_NO").
 inline ui::TextBox& Box(desk::DocumentScreen& screen, const std::string& name) {
     for (ui::TextBox* box : screen.TXPUDI())
-        if (box->ExtVal().GetValue("Name").AsText() == name) return *box;
+        if (box && box->ExtVal().GetValue("Name").AsText() == name) return *box;
     throw std::logic_error("no box " + name);
 }
 

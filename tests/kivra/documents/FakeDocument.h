@@ -68,7 +68,7 @@ public:
 
     // The series' own input boxes, by name, and the event that finds them.
     void BuildInputBoxes(const std::vector<std::string>& names) {
-        boxes_.clear();
+        boxes_.assign(1, nullptr); // numbered from 1, as the host numbers them
         for (const auto& name : names) {
             auto& box =
                 screen_.Add<ui::TextBox>("TXPUDI" + std::to_string(screen_.Controls().size()));
@@ -79,7 +79,7 @@ public:
     }
     ui::TextBox& Box(const std::string& name) {
         for (auto* box : boxes_)
-            if (box->ExtVal().GetValue("Name").AsText() == name) return *box;
+            if (box && box->ExtVal().GetValue("Name").AsText() == name) return *box;
         throw std::invalid_argument("no input box " + name);
     }
 
