@@ -9,6 +9,7 @@
 #include "desk/core/Scripted.h"
 #include "desk/db/SqliteCompanyDb.h"
 #include "desk/db/SqliteStatement.h"
+#include "desk/documents/BooksCheck.h"
 #include "desk/documents/HostDocuments.h"
 #include "desk/documents/SeriesImport.h"
 #include "desk/masters/HostMasters.h"
@@ -36,6 +37,10 @@ constexpr const char* kUsage = R"(qx: QX Desk from the command line
         questions are answered yes or no, or in turn from SCRIPT (a JSON list of "yes"/"no");
         each document is saved or refused on its own; every message is printed with the
         document and field it is about; the exit status is 1 when a document was not saved
+  qx check PATH
+        prove the books of a company (after a power cut, say): every voucher balances, every
+        document's totals are its lines and charges, nothing points at what is gone, and each
+        module's own rules hold; one line per fault, and the exit status is 1 when there is one
   qx sql PATH "STATEMENT" [--write]
         run one SQL statement on a company as the modules write them (SELECT FIRST n,
         decimal columns, date literals); rows are printed as CSV with a header line as they
@@ -196,6 +201,17 @@ int Enter(const std::vector<std::string>& args, std::ostream& out, std::ostream&
     return EnterDocuments(desk.app, desk.frontend, args[2], out, err) ? 0 : 1;
 }
 
+// One line per fault, then the notes; the exit status tells a script whether the books hold.
+int Check(const std::vector<std::string>& args, std::ostream& out) {
+    if (args.size() != 2) throw UsageError("check needs a PATH");
+    Desk desk(args[1]);
+    const desk::BooksReport report = desk::CheckBooks(desk.app);
+    for (const std::string& fault : report.faults) out << fault << '\n';
+    for (const std::string& note : report.notes) out << "Note: " << note << '\n';
+    if (report.faults.empty()) out << "The books of " << args[1] << " are in order.\n";
+    return report.faults.empty() ? 0 : 1;
+}
+
 // One statement, its rows written out as they are read. Reading is the default: a statement
 // that would change the company (as SQLite judges it) runs only with --write.
 int Sql(const std::vector<std::string>& args, std::ostream& out) {
@@ -235,6 +251,7 @@ int Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
         if (args[0] == "sql") return Sql(args, out);
         if (args[0] == "series" && args.size() >= 2 && args[1] == "import") return SeriesImport(args, out);
         if (args[0] == "enter") return Enter(args, out, err);
+        if (args[0] == "check") return Check(args, out);
         throw UsageError("unknown command \"" + args[0] + "\"");
     } catch (const UsageError& error) {
         err << "qx: " << error.what() << "\n\n" << kUsage;

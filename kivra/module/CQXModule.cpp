@@ -3,6 +3,7 @@
 #include "frmKivraMain.h"
 #include "mKivraModule.h"
 
+#include "kivra/documents/BooksCheck.h"
 #include "kivra/documents/CKivraDoc.h"
 #include "kivra/masters/frmKivraRates.h"
 #include "kivra/masters/frmMarketMaster.h"
@@ -120,6 +121,17 @@ qx::Value CQXModule::Invoke(std::string_view operation, std::span<qx::Value> arg
     if (operation == "GetMarketName") {
         need(1);
         return GetMarketName(*context_, args[0].AsInt());
+    }
+    if (operation == "CheckBooks") {
+        // The host's check of the company: faults and notes, one line each.
+        need(2);
+        const BooksFindings findings = CheckBooks(*context_);
+        std::string faults, notes;
+        for (const std::string& fault : findings.faults) faults += fault + "\n";
+        for (const std::string& note : findings.notes) notes += note + "\n";
+        args[0] = faults;
+        args[1] = notes;
+        return {};
     }
     if (operation == "GetMarketSeries") {
         need(1);

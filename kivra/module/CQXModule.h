@@ -24,7 +24,8 @@ public:
     bool RunProc(const std::string& procedure, const std::string& arguments) override;
     qx::Object& Obj() override { return *this; }
     // The public operations, late-bound: MultipleMarketRqr, SelectMarket(id&, name&,
-    // allowAll), CheckKivraFields, GetMarketName(id), GetMarketSeries(id).
+    // allowAll), CheckKivraFields, GetMarketName(id), GetMarketSeries(id), CheckBooks(faults&,
+    // notes&).
     qx::Value Invoke(std::string_view operation, std::span<qx::Value> args) override;
 
     // Host application events

@@ -4,6 +4,7 @@
 // desk's own document engine, with the Kivra module plugged in and named as the documents'
 // extension. Documents are typed through the real entry screen.
 
+#include "support/BooksInOrder.h"
 #include "support/DocumentTyping.h"
 #include "support/DeskFixture.h"
 
@@ -46,6 +47,9 @@ protected:
         for (const char* sql : kCompany)
             Db().ExecuteSql(sql);
     }
+
+    // Whatever a test did, the books it leaves hold.
+    void TearDown() override { ExpectBooksInOrder(app); }
 
     // The screen as a menu key of the module opens it.
     desk::DocumentScreen& OpenMenu(const std::string& key) {

@@ -3,6 +3,7 @@
 // the desk's document screen, and a test module whose document extension records every event
 // it is raised and does what a test asks of it in some of them.
 
+#include "support/BooksInOrder.h"
 #include "support/DocumentTyping.h"
 #include "support/Desk.h"
 
@@ -145,11 +146,20 @@ public:
         }
         if (operation == "BrokerName")
             return args[0].AsInt() == 7 ? "MEHTA & SONS" : "";
+        if (operation == "AutoVoucherTypes" && !vouchedTypes.empty())
+            return vouchedTypes;
+        if (operation == "CheckBooks" && checkBooks) {
+            checkBooks(args[0], args[1]);
+            return {};
+        }
         return Object::Invoke(operation, args);
     }
 
     Strings log;
     ExtensionBehaviour behaviour;
+    // What the module answers when the books are checked; unset: it checks nothing.
+    std::string vouchedTypes;
+    std::function<void(Value& faults, Value& notes)> checkBooks;
 };
 
 // A module with no operations of its own: asked first, it must be passed over.
@@ -202,7 +212,12 @@ protected:
              })
             Db().ExecuteSql(sql);
     }
-    void TearDown() override { app.Shutdown(); }
+    // Whatever a test did, the books it leaves hold, but for the faults it planted itself.
+    void TearDown() override {
+        if (!faultsPlanted)
+            ExpectBooksInOrder(app);
+        app.Shutdown();
+    }
 
     // The screen as a module opens it: the host's "Documents" preset to a series code.
     desk::DocumentScreen& OpenSeries(const std::string& code = "SL") {
@@ -251,6 +266,7 @@ protected:
 
     SilentModule silent;
     ExtensionModule module;
+    bool faultsPlanted = false;
 };
 
 } // namespace qx::test

@@ -1,0 +1,24 @@
+#pragma once
+// The module's own rules of the books, for the host's check of a company (`qx check`): what
+// the mandi forms leave in DOCDATA and in the day's consolidated vouchers must hold whatever
+// happened to the program that saved them.
+//
+//  (1) No pending J-Form quantity is negative: for every buyer, day and item, the I-Forms
+//      never take over more than the J-Forms left pending (the sum of
+//      (Quantity+FreeQuantity)*JFactor).
+
+#include "kivra/module/ModuleContext.h"
+
+#include <string>
+#include <vector>
+
+namespace kivra {
+
+struct BooksFindings {
+    std::vector<std::string> faults;
+    std::vector<std::string> notes; // not wrong, but an accountant should know
+};
+
+BooksFindings CheckBooks(ModuleContext& context);
+
+} // namespace kivra
