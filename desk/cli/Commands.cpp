@@ -33,10 +33,12 @@ constexpr const char* kUsage = R"(qx: QX Desk from the command line
   qx series import PATH FILE
         set up the document series described in a JSON file (columns, boxes, charges)
   qx enter PATH FILE [--answers yes|no|SCRIPT]
-        enter the documents of a JSON file through the document engine, as at the keyboard;
-        questions are answered yes or no, or in turn from SCRIPT (a JSON list of "yes"/"no");
-        each document is saved or refused on its own; every message is printed with the
-        document and field it is about; the exit status is 1 when a document was not saved
+        enter the documents of a JSON file through the document engine, as at the keyboard,
+        new ones or saved ones it opens (by number, or by its boxes such as the form number)
+        to change, cancel or delete; questions are answered yes or no, or in turn from SCRIPT
+        (a JSON list of "yes"/"no"); each document is done or refused on its own; every
+        message is printed with the document and field it is about; the exit status is 1
+        when a document was refused
   qx check PATH
         prove the books of a company (after a power cut, say): every voucher balances, every
         document's totals are its lines and charges, nothing points at what is gone, and each

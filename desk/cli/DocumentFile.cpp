@@ -12,8 +12,8 @@ namespace {
 using Json = nlohmann::ordered_json;
 using Event = Json::parse_event_t;
 
-constexpr std::array<std::string_view, 7> kParts{"series", "date",    "party",  "boxes",
-                                                 "lines",  "charges", "dialogs"};
+constexpr std::array<std::string_view, 9> kParts{"series", "open",    "date",   "party",  "boxes",
+                                                 "lines",  "charges", "action", "dialogs"};
 
 // A value of the file as a clerk would name it.
 std::string Shown(const Json& value) {
@@ -59,6 +59,62 @@ std::string TextOrNothing(const Json& document, const char* part) {
     return document.at(part).get<std::string>();
 }
 
+// {"number": "5"}, or {"boxes": {"FORM_BOOK_NO": "12", "FORM_NO": "101"}}.
+SavedDocument SavedDocumentOf(const Json& open) {
+    const std::string how = "write it as {\"number\": \"5\"} or as {\"boxes\": {\"NAME\": "
+                            "\"value\", ...}}.";
+    if (!open.is_object() || open.size() != 1 || (!open.contains("number") && !open.contains("boxes")))
+        throw Refusal("open", Shown(open) + " does not name a saved document: " + how);
+    SavedDocument saved;
+    if (open.contains("number")) {
+        saved.number = TextOf(open.at("number"), "open");
+        return saved;
+    }
+    saved.boxes = TextsOf(open.at("boxes"), "open", "open ",
+                          "a set of boxes: write them as {\"NAME\": \"value\", ...}");
+    if (saved.boxes.empty())
+        throw Refusal("open", "no box is given to find the document by: " + how);
+    return saved;
+}
+
+// A line's own "line" (its number) and "remove" ("yes") besides its cells.
+FileLine LineOf(const Json& line, const std::string& field) {
+    FileLine checked;
+    for (auto& [key, text] :
+         TextsOf(line, field, field + " ", "a line: write each line as {\"COLUMN_KEY\": \"text\", ...}")) {
+        if (key == "line") {
+            const bool digits = !text.empty() && text.size() < 6 &&
+                                std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
+            checked.number = digits ? std::stoi(text) : 0;
+            if (checked.number < 1)
+                throw Refusal(field + " line", "\"" + text + "\" is not a line number: write it as \"2\".");
+        } else if (key == "remove") {
+            if (text != "yes")
+                throw Refusal(field + " remove", "a line is removed with \"remove\": \"yes\", not \"" + text + "\".");
+            checked.remove = true;
+        } else {
+            checked.cells.emplace_back(key, text);
+        }
+    }
+    if (checked.remove && (checked.number == 0 || !checked.cells.empty()))
+        throw Refusal(field, "a line to remove is named by its number alone: {\"line\": \"2\", \"remove\": \"yes\"}.");
+    return checked;
+}
+
+FileAction ActionOf(const Json& document) {
+    if (!document.contains("action"))
+        return FileAction::Save;
+    const std::string& action = TextOf(document.at("action"), "action");
+    if (action == "save")
+        return FileAction::Save;
+    if (action == "cancel")
+        return FileAction::Cancel;
+    if (action == "delete")
+        return FileAction::Delete;
+    throw Refusal("action", "\"" + action + "\" is not an action: a document is saved (\"save\", the "
+                            "default), cancelled (\"cancel\") or deleted (\"delete\").");
+}
+
 } // namespace
 
 void ReadDocuments(const std::filesystem::path& file,
@@ -100,6 +156,18 @@ std::string DescribeDocument(int number, const Json& document) {
     const std::string series = TextOrNothing(document, "series");
     const std::string date = TextOrNothing(document, "date");
     std::string text = "document " + std::to_string(number);
+    // A saved document by what names it: "JF no. 7", "JF FORM_BOOK_NO 12, FORM_NO 101".
+    if (document.is_object() && document.contains("open") && document.at("open").is_object()) {
+        const Json& open = document.at("open");
+        std::string saved;
+        if (open.contains("number") && open.at("number").is_string())
+            saved = " no. " + open.at("number").get<std::string>();
+        else if (open.contains("boxes") && open.at("boxes").is_object())
+            for (const auto& [name, value] : open.at("boxes").items())
+                saved += (saved.empty() ? " " : ", ") + name + " " +
+                         (value.is_string() ? value.get<std::string>() : value.dump());
+        return text + " (" + series + saved + ")";
+    }
     if (!series.empty() && !date.empty())
         return text + " (" + series + " of " + date + ")";
     if (!series.empty() || !date.empty())
@@ -115,14 +183,28 @@ FileDocument CheckDocument(const Json& document) {
                           "..., \"party\": ..., \"lines\": [...]}.");
     for (const auto& [part, value] : document.items())
         if (std::ranges::find(kParts, part) == kParts.end())
-            throw Refusal(
-                part, "a document has no part \"" + part +
-                          "\" (it has series, date, party, boxes, lines, charges and dialogs).");
+            throw Refusal(part, "a document has no part \"" + part +
+                                    "\" (it has series, open, date, party, boxes, lines, charges, "
+                                    "action and dialogs).");
     FileDocument checked;
     checked.series = RequiredText(document, "series", "write the series' code, such as \"JF\".");
-    // A document without its date is refused rather than given today's.
-    checked.date = RequiredText(document, "date", "write the document's date as dd/MM/yyyy.");
-    checked.party = RequiredText(document, "party", "write the account's name.");
+    if (document.contains("open"))
+        checked.open = SavedDocumentOf(document.at("open"));
+    checked.action = ActionOf(document);
+    if (checked.action != FileAction::Save && !checked.open)
+        throw Refusal("action", "only a saved document can be cancelled or deleted: name it with "
+                                "\"open\".");
+    if (checked.action == FileAction::Delete)
+        for (const char* part : {"date", "party", "boxes", "lines", "charges"})
+            if (document.contains(part))
+                throw Refusal(part, "a document to delete is deleted as it was saved: give it no " +
+                                        std::string(part) + ".");
+    // A new document without its date is refused rather than given today's; an opened one
+    // keeps its own unless another is given.
+    if (!checked.open || document.contains("date"))
+        checked.date = RequiredText(document, "date", "write the document's date as dd/MM/yyyy.");
+    if (!checked.open || document.contains("party"))
+        checked.party = RequiredText(document, "party", "write the account's name.");
     if (document.contains("boxes"))
         checked.boxes = TextsOf(document.at("boxes"), "boxes", "box ",
                                 "a set of boxes: write them as {\"NAME\": \"text\", ...}");
@@ -131,12 +213,8 @@ FileDocument CheckDocument(const Json& document) {
         if (!lines.is_array())
             throw Refusal("lines",
                           Shown(lines) + " is not a list of lines: write them as [{...}, ...].");
-        for (const Json& line : lines) {
-            const std::string field = "line " + std::to_string(checked.lines.size() + 1);
-            checked.lines.push_back(
-                TextsOf(line, field, field + " ",
-                        "a line: write each line as {\"COLUMN_KEY\": \"text\", ...}"));
-        }
+        for (const Json& line : lines)
+            checked.lines.push_back(LineOf(line, "line " + std::to_string(checked.lines.size() + 1)));
     }
     if (document.contains("charges"))
         checked.charges = TextsOf(document.at("charges"), "charges", "charge ",

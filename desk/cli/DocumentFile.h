@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -17,14 +18,34 @@ namespace qx::cli {
 // Texts by name or key, in the order written.
 using NamedTexts = std::vector<std::pair<std::string, std::string>>;
 
+// A saved document to open: by its number in the series, or by the values of the series' own
+// boxes (a form book and form number).
+struct SavedDocument {
+    std::string number;
+    NamedTexts boxes;
+};
+
+// What is done with the document once it is typed.
+enum class FileAction { Save, Cancel, Delete };
+
+// A line to type: the next after the last one, or the line of that number (an existing one,
+// or the one after the last); a line removed takes no cells.
+struct FileLine {
+    int number = 0; // 0: after the last line
+    bool remove = false;
+    NamedTexts cells;
+};
+
 // A document of the file whose every part has the shape it must have.
 struct FileDocument {
     std::string series;
-    std::string date;
-    std::string party;
+    std::optional<SavedDocument> open; // none: a new document
+    std::string date;                  // empty: as opened
+    std::string party;                 // empty: as opened
     NamedTexts boxes;
-    std::vector<NamedTexts> lines;
+    std::vector<FileLine> lines;
     NamedTexts charges;
+    FileAction action = FileAction::Save;
     nlohmann::ordered_json dialogs = nlohmann::ordered_json::array(); // a list of steps per dialog
 };
 
@@ -47,7 +68,8 @@ void ReadDocuments(
     const std::filesystem::path& file,
     const std::function<void(int number, const nlohmann::ordered_json& document)>& enter);
 
-// "document 3 (JF of 05/11/2024)": the number, series and date as far as the file gives them.
+// "document 3 (JF of 05/11/2024)", "document 4 (JF no. 7)": the number in the file, and the
+// series and date, or the saved document opened, as far as the file gives them.
 std::string DescribeDocument(int number, const nlohmann::ordered_json& document);
 
 // The document's parts; throws Refusal for the first part of the wrong shape.

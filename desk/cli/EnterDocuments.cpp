@@ -1,6 +1,7 @@
 #include "EnterDocuments.h"
 
 #include "DocumentFile.h"
+#include "FindDocument.h"
 #include "ScreenScript.h"
 
 #include "desk/core/SelectDialog.h"
@@ -25,11 +26,16 @@ public:
     DocumentTyping(desk::ScriptedFrontend& frontend, desk::DocumentScreen& screen, Place& place)
         : frontend_(frontend), screen_(screen), place_(place) {}
 
+    // What the file gives is typed; an opened document keeps the rest as it was saved.
     void Enter(const FileDocument& document) {
-        At("date");
-        TypeInto(screen_.TxpDocDate(), document.date);
-        At("party");
-        TypeInto(screen_.TxpCustomer(), document.party);
+        if (!document.date.empty()) {
+            At("date");
+            TypeInto(screen_.TxpDocDate(), document.date);
+        }
+        if (!document.party.empty()) {
+            At("party");
+            TypeInto(screen_.TxpCustomer(), document.party);
+        }
         for (const auto& [name, text] : document.boxes)
             EnterBox(name, text);
         EnterLines(document.lines);
@@ -88,21 +94,39 @@ private:
 
     // The lines fill the grid as a program fills one, with redraw off: the engine brings the
     // totals up to date once, when the grid draws again, not after every cell.
-    void EnterLines(const std::vector<NamedTexts>& lines) {
+    void EnterLines(const std::vector<FileLine>& lines) {
         auto& grid = screen_.Grid();
         screen_.Focus(grid);
         grid.SetRedraw(false);
-        int row = 0;
-        for (const auto& line : lines)
-            EnterLine(++row, line);
+        for (const FileLine& line : lines) {
+            const int last = LastLine();
+            const int row = line.number == 0 ? last + 1 : line.number;
+            const std::string number = "line " + std::to_string(row);
+            if (row > last + 1)
+                throw Refusal(number, "the document has " + std::to_string(last) +
+                                          (last == 1 ? " line" : " lines") + ": a new line is line " +
+                                          std::to_string(last + 1) + ".");
+            if (line.remove)
+                RemoveLine(row, number, last);
+            else
+                EnterLine(row, number, line.cells);
+        }
         grid.SetRedraw(true);
     }
 
-    void EnterLine(int row, const NamedTexts& line) {
+    // The number of the last line that holds an item; 0 for none.
+    int LastLine() const {
+        int last = 0;
+        for (int row = 1; row < screen_.Grid().Rows(); ++row)
+            if (screen_.Document().IsLine(row))
+                last = row;
+        return last;
+    }
+
+    void EnterLine(int row, const std::string& number, const NamedTexts& cells) {
         auto& grid = screen_.Grid();
-        const std::string number = "line " + std::to_string(row);
         int first = 0;
-        for (const auto& [key, text] : line) {
+        for (const auto& [key, text] : cells) {
             const std::string field = number + " " + key;
             const int col = ColumnOfKey(grid, key, field);
             if (!first)
@@ -116,6 +140,17 @@ private:
         // Leaving the line for the next one, as Enter at its end does.
         if (first && !grid.MoveTo(std::min(row + 1, grid.Rows() - 1), first))
             Refused();
+    }
+
+    // Ctrl+Del on the line, as the clerk removes one.
+    void RemoveLine(int row, const std::string& number, int last) {
+        At(number);
+        if (row > last)
+            throw Refusal(number, "there is no line " + std::to_string(row) + " to remove.");
+        auto& grid = screen_.Grid();
+        if (!grid.MoveTo(row, grid.Col() > 0 ? grid.Col() : 1))
+            Refused();
+        screen_.KeyDown({.key = ui::Key::Delete, .ctrl = true});
     }
 
     void EnterChargeRate(const std::string& key, const std::string& rate) {
@@ -140,13 +175,14 @@ private:
     Place& place_;
 };
 
-// One document of the file, from opening its series to saving it.
+// One document of the file, from opening its series (and the saved document) to saving,
+// cancelling or deleting it.
 class DocumentEntry {
 public:
     DocumentEntry(desk::DeskApp& app, desk::ScriptedFrontend& frontend, Place& place)
         : app_(app), frontend_(frontend), place_(place) {}
 
-    // True when saved; a refusal throws.
+    // True when done; a refusal throws.
     bool Enter(const FileDocument& document) {
         place_.field = "series";
         auto screen =
@@ -156,21 +192,37 @@ public:
         screen->Properties().SetValue("DocSeriesCode", document.series);
         app_.OpenScreen(screen);
         screen_ = screen;
+        if (document.open) {
+            place_.field = "open";
+            screen->OpenDocument(
+                FindDocument(app_, screen->Document().CurrentSeries(), *document.open));
+        }
+        if (document.action == FileAction::Delete) {
+            // The file says to delete it: that is the clerk's answer to "Do you want to delete
+            // ...?", whatever the answers given for the documents' own questions.
+            place_.field = "deleting";
+            frontend_.QueueAnswerNext(kAnswerYes);
+            return screen->DeleteDocument();
+        }
         // Dialogs the typing opens (the set-up of an item's accounts, say), in the order they come.
         for (const auto& steps : document.dialogs)
             QueueDialogSteps(app_, frontend_, steps);
         DocumentTyping(frontend_, *screen, place_).Enter(document);
+        if (document.action == FileAction::Cancel) {
+            place_.field = "cancelling";
+            return screen->CancelDocument();
+        }
         place_.field = "saving";
         return screen->SaveDocument();
     }
 
     // Closes the document's screen; what was refused is dropped, not saved on closing, and so
     // are the steps of dialogs that never opened.
-    void Close(bool saved) {
+    void Close(bool done) {
         frontend_.DropModals();
         if (!screen_)
             return;
-        if (!saved)
+        if (!done)
             screen_->NewDocument();
         app_.CloseScreen(*screen_);
     }
@@ -181,6 +233,18 @@ private:
     Place& place_;
     std::shared_ptr<desk::DocumentScreen> screen_;
 };
+
+// What became of a document, and of one that was refused, as the log says it.
+std::pair<std::string, std::string> Outcome(const nlohmann::ordered_json& json) {
+    const auto action = json.is_object() && json.contains("action") && json.at("action").is_string()
+                            ? json.at("action").get<std::string>()
+                            : std::string();
+    if (action == "cancel")
+        return {"cancelled", "not cancelled"};
+    if (action == "delete")
+        return {"deleted", "not deleted"};
+    return {"saved", "not saved"};
+}
 
 } // namespace
 
@@ -209,25 +273,26 @@ bool EnterDocuments(desk::DeskApp& app, desk::ScriptedFrontend& frontend,
         place = {DescribeDocument(number, json), {}};
         reasons.clear();
         frontend.ClearTranscript(); // printed as they came: only this document's are kept
-        bool saved = false;
+        bool done = false;
         DocumentEntry entry(app, frontend, place);
         try {
-            saved = entry.Enter(CheckDocument(json));
+            done = entry.Enter(CheckDocument(json));
         } catch (const Refusal& refusal) {
             addReason(refusal.Field(), refusal.what());
         } catch (const std::exception& error) {
             // An error the engine raised (and undid): a failed write, a question with no answer.
             addReason(place.field, error.what());
         }
-        entry.Close(saved);
-        if (saved) {
-            out << place.document << ": saved"
+        entry.Close(done);
+        const auto [did, refused] = Outcome(json);
+        if (done) {
+            out << place.document << ": " << did
                 << std::endl; // flushed: the log keeps up with the company
             return;
         }
         allSaved = false;
         out.flush();
-        err << place.document << ": not saved";
+        err << place.document << ": " << refused;
         for (std::size_t i = 0; i < reasons.size(); ++i)
             err << (i ? "; " : ": ") << reasons[i];
         err << std::endl;

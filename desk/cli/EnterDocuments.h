@@ -16,6 +16,10 @@
 //      "dialogs": [[steps], ...]}            what to do on each dialog the typing opens, in
 //                                            order, as steps of a screen script
 //   ]}
+// A saved document is opened first when the document has "open": {"number": "5"} or
+// "open": {"boxes": {"FORM_BOOK_NO": "12", ...}}; its date and party may then be left out.
+// "action" is "save" (the default), "cancel" or "delete". A line may name its line,
+// {"line": "2", ...}, and {"line": "2", "remove": "yes"} removes one.
 
 #include "desk/core/DeskApp.h"
 #include "desk/core/Scripted.h"

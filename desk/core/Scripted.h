@@ -32,6 +32,8 @@ public:
     // Answers for the next questions, in order: kAnswerYes, kAnswerNo, or kAnswerCancel for a
     // question that offers Cancel.
     void QueueAnswer(int answer) { answers_.push_back(answer); }
+    // The answer for the very next question, before any queued earlier.
+    void QueueAnswerNext(int answer) { answers_.push_front(answer); }
     // The answer for questions once the queue is empty; none: such a question throws.
     void SetDefaultAnswer(std::optional<int> answer) { defaultAnswer_ = answer; }
     // What the user does on the next modal screen (choose a row, click OK...). A modal

@@ -254,7 +254,7 @@ TEST(Qx, EnterRefusesABadDocumentAloneAndSaysWhereAndWhy) {
         {"document 9 ", "document 9 (JF of 05/11/2024): not saved: charge LABOUR: "},
         {"document 10 ", "document 10 (JF of 05/11/2024): not saved: party: There is no account named NOBODY."},
         {"document 11 ", R"(document 11 (JF of 05/11/2024): not saved: line 1: a list is not a line: write each line as {"COLUMN_KEY": "text", ...}.)"},
-        {"document 12 ", "document 12 (JF of 05/11/2024): not saved: lins: a document has no part \"lins\" (it has series, date, party, boxes, lines, charges and dialogs)."},
+        {"document 12 ", "document 12 (JF of 05/11/2024): not saved: lins: a document has no part \"lins\" (it has series, open, date, party, boxes, lines, charges, action and dialogs)."},
         {"document 14 ", "document 14 (JF of 05/11/2024): not saved: party: missing; write the account's name."},
         {"document 15 ", "document 15 (JF of 05/11/2024): not saved: saving: "},
         {"document 16 ", "document 16 (JF of 05/11/2024): not saved: saving: Fractional bags sale / purchase found."},
@@ -285,6 +285,53 @@ TEST(Qx, EnterRefusesABadDocumentAloneAndSaysWhereAndWhy) {
     EXPECT_EQ(refused.status, 1);
     EXPECT_THAT(refused.err, testing::HasSubstr("broken.json is not valid JSON at line 5, column "));
     EXPECT_EQ(Qx({"sql", path, "SELECT COUNT(*) FROM DOCMAIN WHERE FORMNO=310"}).out, "COUNT(*)\n0\n");
+    ExpectBooksInOrder(path);
+}
+
+// A clerk's corrections from a file: a saved form is opened by its number or by what is
+// written on it (its market, book and form number), and changed (its date, a line removed, a
+// line added, a cell), cancelled or deleted; each is done or refused on its own.
+TEST(Qx, EnterOpensSavedFormsToChangeCancelOrDeleteThem) {
+    test::TempFolder folder;
+    auto path = (folder.Path() / "demo.kdb").string();
+    ASSERT_EQ(Qx({"demo", path}).status, 0);
+    const std::string form101 = R"({"series": "JF", "open": {"boxes": {"MARKET": "KHANNA", "FORM_BOOK_NO": "12", "FORM_NO": "101"}}, )";
+    auto file = DocumentsFile(folder, "corrections.json", {
+        form101 + R"("date": "05/11/2024", "lines": [{"line": "2", "remove": "yes"},
+            {"PRODUCT_ID": "WHEAT", "CUSTOMER_ID": "MARKFED", "QTY_PER_BOX": "50", "QUANTITY": "10", "RATE": "2275"}]})",
+        R"({"series": "JF", "open": {"number": "2"}, "lines": [{"line": "1", "RATE": "2400"}]})",
+        R"({"series": "JF", "open": {"number": "3"}, "action": "cancel"})",
+        R"({"series": "JF", "open": {"number": "4"}, "action": "delete"})",
+        R"({"series": "JF", "open": {"boxes": {"FORM_BOOK_NO": "12"}}, "action": "cancel"})",
+        R"({"series": "JF", "open": {"number": "9"}, "action": "delete"})",
+        R"({"series": "JF", "open": {"number": "2"}, "action": "delete", "lines": []})",
+        R"({"series": "JF", "open": {"number": "2"}, "lines": [{"line": "3", "RATE": "1"}]})",
+        R"({"series": "JF", "date": "05/11/2024", "party": "BALWINDER SINGH GREWAL", "action": "cancel"})",
+    });
+    // The delete question is the file's to answer, whatever the others' answers.
+    auto run = Qx({"enter", path, file.string(), "--answers", "no"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "document 1 (JF MARKET KHANNA, FORM_BOOK_NO 12, FORM_NO 101): saved\n"
+                       "document 2 (JF no. 2): saved\n"
+                       "document 3 (JF no. 3): cancelled\n"
+                       "document 4 (JF no. 4), deleting: [Q] Do you want to delete document no. 4?\n"
+                       "document 4 (JF no. 4): deleted\n");
+    EXPECT_EQ(run.err,
+              "document 5 (JF FORM_BOOK_NO 12): not cancelled: open: JF has 2 documents with FORM_BOOK_NO 12 "
+              "(no. 1 and no. 2): open the one meant by its number.\n"
+              "document 6 (JF no. 9): not deleted: open: JF has no document no. 9.\n"
+              "document 7 (JF no. 2): not deleted: lines: a document to delete is deleted as it was saved: "
+              "give it no lines.\n"
+              "document 8 (JF no. 2): not saved: line 3: the document has 1 line: a new line is line 2.\n"
+              "document 9 (JF of 05/11/2024): not cancelled: action: only a saved document can be cancelled "
+              "or deleted: name it with \"open\".\n");
+    EXPECT_EQ(Qx({"sql", path, "SELECT DOCNUMBER, DOCDATE, FORMNO, GROSSAMT, CANCELLED FROM DOCMAIN WHERE "
+                                "DOCSERIES='JF' ORDER BY DOCNUMBER"}).out,
+              "DOCNUMBER,DOCDATE,FormNo,GROSSAMT,CANCELLED\n1,05/11/2024,101,196750,0\n"
+              "2,04/11/2024,102,72000,0\n3,05/11/2024,201,77000,1\n");
+    EXPECT_EQ(Qx({"sql", path, "SELECT L.REFNO, I.QMHD, L.QUANTITY FROM DOCDATA L JOIN STKMASTER I ON "
+                                "I.QMCD=L.PRODUCTID WHERE L.DOCUMENTID=1 ORDER BY L.REFNO"}).out,
+              "REFNO,QMHD,QUANTITY\n1,PADDY,75\n2,WHEAT,10\n");
     ExpectBooksInOrder(path);
 }
 
