@@ -7,6 +7,7 @@
 #include "desk/core/SelectDialog.h"
 #include "desk/documents/DocumentScreen.h"
 
+#include <algorithm>
 #include <ostream>
 #include <stdexcept>
 
@@ -98,18 +99,23 @@ private:
         auto& grid = screen_.Grid();
         screen_.Focus(grid);
         grid.SetRedraw(false);
+        int typed = 0; // a line typed without its item is no line yet, but is not typed over
         for (const FileLine& line : lines) {
-            const int last = LastLine();
+            const int last = std::max(LastLine(), typed);
             const int row = line.number == 0 ? last + 1 : line.number;
             const std::string number = "line " + std::to_string(row);
             if (row > last + 1)
                 throw Refusal(number, "the document has " + std::to_string(last) +
                                           (last == 1 ? " line" : " lines") + ": a new line is line " +
                                           std::to_string(last + 1) + ".");
-            if (line.remove)
+            if (line.remove) {
                 RemoveLine(row, number, last);
-            else
+                if (typed >= row)
+                    --typed; // the lines after it move up
+            } else {
                 EnterLine(row, number, line.cells);
+                typed = std::max(typed, row);
+            }
         }
         grid.SetRedraw(true);
     }

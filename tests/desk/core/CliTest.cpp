@@ -235,6 +235,8 @@ TEST(Qx, EnterRefusesABadDocumentAloneAndSaysWhereAndWhy) {
         JForm("104", "30.10", "80.5"),
         // The demo firm works in several mandis: a J-Form names its market.
         replaced(JForm("318"), R"("MARKET": "KHANNA", )", ""),
+        // A line without its item is no line yet: the next is not typed over it.
+        replaced(JForm("319"), R"("lines": \[)", R"("lines": [{"QUANTITY": "30.00"}, )"),
     });
     auto answers = folder.Path() / "answers.json";
     std::ofstream(answers) << R"(["no", "yes"])";
@@ -264,6 +266,7 @@ TEST(Qx, EnterRefusesABadDocumentAloneAndSaysWhereAndWhy) {
     };
     for (const auto& [start, refusal] : refusals)
         EXPECT_THAT(LineStarting(run.err, start), testing::StartsWith(refusal));
+    EXPECT_THAT(LineStarting(run.err, "document 19 "), testing::EndsWith("; saving: Line 1 has no item."));
     EXPECT_THAT(LineStarting(run.err, "document 8 "), testing::HasSubstr("abc"));
     EXPECT_THAT(LineStarting(run.err, "document 9 "), testing::HasSubstr(" x "));
     EXPECT_THAT(run.err, testing::Not(testing::HasSubstr("json")));
