@@ -1,5 +1,6 @@
 #include "BooksCheck.h"
 
+#include "host/HostDocument.h"
 #include "host/Text.h"
 
 #include <functional>
@@ -102,7 +103,9 @@ void CheckDocumentTotals(CompanyDb& db, std::vector<std::string>& faults) {
     Collect(db,
             "SELECT " + document +
                 ", M.GROSSAMT, L.AMT FROM DOCMAIN M INNER JOIN (SELECT DOCUMENTID, SUM(AMOUNT) AS "
-                "AMT FROM DOCDATA GROUP BY DOCUMENTID) L ON L.DOCUMENTID=M.DOCUMENTID WHERE "
+                "AMT FROM DOCDATA WHERE COALESCE(ROWMARK,'') NOT LIKE '%" +
+                std::string(kHiddenRowMark) +
+                "%' GROUP BY DOCUMENTID) L ON L.DOCUMENTID=M.DOCUMENTID WHERE "
                 "ABS(COALESCE(M.GROSSAMT,0)-L.AMT)" +
                 kDiffers + kDocumentOrder,
             [](const Recordset& r) {

@@ -9,7 +9,8 @@
 //      module vouches for (its operation "AutoVoucherTypes") and checks itself;
 //  (2) every voucher is in the voucher register (FADOCS), and posts only to accounts of the
 //      masters and only for documents the company holds;
-//  (3) every document has lines, its gross amount is the sum of its lines, and its grand total
+//  (3) every document has lines, its gross amount is the sum of its lines (but those an
+//      extension keeps hidden, which are never billed), and its grand total
 //      is the gross amount with its charges (as their series adds or deducts them) and round
 //      off; an amount a series keeps in a header field is the one its charge row holds;
 //  (4) a voucher a document names is in the books and posts that document;

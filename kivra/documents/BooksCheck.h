@@ -6,6 +6,10 @@
 //  (1) No pending J-Form quantity is negative: for every buyer, day and item, the I-Forms
 //      never take over more than the J-Forms left pending (the sum of
 //      (Quantity+FreeQuantity)*JFactor).
+//  (2) Every day's "IJF" voucher is what its forms make: the day is posted again inside a unit
+//      of work that is never committed, and the rows compared one by one.
+//  (3) A day's voucher balances. The round-off rule may put on ROUND OFF more or less than the
+//      forms' own round off (it takes a difference of the day below 2.00): that is a note.
 
 #include "kivra/module/ModuleContext.h"
 

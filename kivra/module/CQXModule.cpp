@@ -122,6 +122,8 @@ qx::Value CQXModule::Invoke(std::string_view operation, std::span<qx::Value> arg
         need(1);
         return GetMarketName(*context_, args[0].AsInt());
     }
+    // The day's consolidated vouchers are checked by CheckBooks, against the day's forms.
+    if (operation == "AutoVoucherTypes") return "IJF";
     if (operation == "CheckBooks") {
         // The host's check of the company: faults and notes, one line each.
         need(2);

@@ -4,6 +4,8 @@
 // voucher, which every save, date change, cancellation and deletion builds again.
 #include "DemoSeriesCompany.h"
 
+#include "desk/documents/BooksCheck.h"
+
 using namespace qx;
 using test::Strings;
 
@@ -195,6 +197,33 @@ TEST_F(BooksTest, LabourIsPostedToTheHeadsOfItsDay) {
     EXPECT_EQ(Rows("SELECT COUNT(*) FROM FADATA WHERE DVCHDATE='2019-03-31'"), Strings{"0"});
     EXPECT_EQ(Rows("SELECT COUNT(*) FROM DOCMAIN"), Strings{"6"}) << "the forms are saved";
     ExpectRebuildsTheSame("2019-04-01");
+}
+
+// `qx check` posts every day again in a unit of work it undoes, and says how a day's voucher
+// differs from what the day's forms make: a row changed by hand, a form moved to another day
+// behind the engine's back.
+TEST_F(BooksTest, TheCheckFindsADayVoucherThatIsNotWhatItsFormsMake) {
+    SaveJForm101("04/11/2024");
+    SaveIForm501("04/11/2024");
+    ASSERT_EQ(desk::CheckBooks(app).faults, Strings{});
+    faultsPlanted = true;
+    Db().ExecuteSql("UPDATE FADATA SET DAMT=DAMT+10 WHERE DTRNTYPE='IJF' AND DSRNO=1");
+    const Strings before = Company();
+    const Strings changedRow = {
+        "The day voucher (IJF) of 04/11/2024 does not balance: debits 31,180.80, credits "
+        "31,170.80.",
+        "The day voucher (IJF) of 04/11/2024 is not what the day's forms make: row 1 is PUNGRAIN "
+        "Dr 8,682.00 (\"I-Form No. KHN 3/501\"), the forms make PUNGRAIN Dr 8,672.00 (\"I-Form "
+        "No. KHN 3/501\")."};
+    EXPECT_EQ(desk::CheckBooks(app).faults, changedRow);
+    EXPECT_EQ(Company(), before) << "the check writes nothing";
+    Db().ExecuteSql("UPDATE DOCMAIN SET DOCDATE='2024-11-05' WHERE DOCSERIES='JF'");
+    Strings moved = changedRow;
+    moved.insert(moved.begin(), "The I-Forms of PUNGRAIN take 4.00 quintals more PADDY than the "
+                                "J-Forms of 04/11/2024 left pending.");
+    moved.push_back("The day voucher (IJF) of 05/11/2024 is not what the day's forms make: there "
+                    "is none, but the day's forms make one of 15 rows.");
+    EXPECT_EQ(desk::CheckBooks(app).faults, moved);
 }
 
 // A failure anywhere in posting the day (here the ledger refuses the day's third row) undoes
