@@ -5,6 +5,7 @@
 #include "host/Text.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <regex>
 #include <stdexcept>
@@ -530,6 +531,18 @@ std::string TableMaster::InUse(const std::string& name, std::int64_t code) {
             Db().OpenRecordset("SELECT COUNT(*) FROM (" + uses + ") USES")->Field(0).AsLong();
         if (count > 0)
             counted.push_back(std::to_string(count) + " " + (count == 1 ? kind->one : kind->many));
+    }
+    // A module may need the record whatever the books hold (an account its own vouchers post
+    // to by name): each that knows the operation names that use, or nothing.
+    for (const LoadedModule& loaded : app_.Modules()) {
+        std::array<Value, 2> args{Value(definition_.table), Value(static_cast<long long>(code))};
+        try {
+            if (std::string use = loaded.module->Obj().Invoke("RecordInUse", args).AsText();
+                !use.empty())
+                counted.push_back(std::move(use));
+        } catch (const std::invalid_argument&) {
+            // the module needs no record of its own
+        }
     }
     if (counted.empty())
         return {};

@@ -5,6 +5,7 @@
 #include "host/HostApp.h"
 #include "host/VoucherUtil.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 
@@ -62,6 +63,10 @@ constexpr LevyPair kLevyPairs[] = {
 };
 
 } // namespace
+
+bool IsDayVoucherHead(std::string_view name) {
+    return name == "ROUND OFF" || std::ranges::find(kSlotHeads, name) != kSlotHeads.end();
+}
 
 DayColumns DayColumns::Of(qx::CompanyDb& db) {
     return {db.FieldExists("BardanaAmt", "DOCMAIN"), db.FieldExists("AddFreight", "DOCMAIN"),

@@ -19,6 +19,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 
 namespace kivra {
 
@@ -33,6 +34,10 @@ struct DayColumns {
     // Those the company's DOCMAIN has.
     static DayColumns Of(qx::CompanyDb& db);
 };
+
+// Whether the account is one the day's voucher looks up by name (its head table, the round
+// off): without it no day can be posted, so it is never deleted.
+bool IsDayVoucherHead(std::string_view name);
 
 class DailyVoucher {
 public:

@@ -5,6 +5,7 @@
 
 #include "kivra/documents/BooksCheck.h"
 #include "kivra/documents/CKivraDoc.h"
+#include "kivra/documents/DailyVoucher.h"
 #include "kivra/masters/frmKivraRates.h"
 #include "kivra/masters/frmMarketMaster.h"
 
@@ -134,6 +135,14 @@ qx::Value CQXModule::Invoke(std::string_view operation, std::span<qx::Value> arg
         args[0] = faults;
         args[1] = notes;
         return {};
+    }
+    if (operation == "RecordInUse") {
+        // The masters ask before deleting a record: the heads the day's voucher needs stay.
+        need(2);
+        if (!qx::EqualsNoCase(args[0].AsText(), "FAMASTER")) return std::string();
+        const std::string name =
+            context_->Db().LookupValue("FAMASTER", "MHD", "MCD=" + args[1].AsText()).AsText();
+        return IsDayVoucherHead(name) ? std::string("the day's I/J-Form voucher") : std::string();
     }
     if (operation == "GetMarketSeries") {
         need(1);
