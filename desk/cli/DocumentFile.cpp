@@ -12,8 +12,9 @@ namespace {
 using Json = nlohmann::ordered_json;
 using Event = Json::parse_event_t;
 
-constexpr std::array<std::string_view, 9> kParts{"series", "open",    "date",   "party",  "boxes",
-                                                 "lines",  "charges", "action", "dialogs"};
+constexpr std::array<std::string_view, 10> kParts{"series",  "open",   "date",    "party",
+                                                  "boxes",   "pick",   "lines",   "charges",
+                                                  "action",  "dialogs"};
 
 // A value of the file as a clerk would name it.
 std::string Shown(const Json& value) {
@@ -185,7 +186,7 @@ FileDocument CheckDocument(const Json& document) {
         if (std::ranges::find(kParts, part) == kParts.end())
             throw Refusal(part, "a document has no part \"" + part +
                                     "\" (it has series, open, date, party, boxes, lines, charges, "
-                                    "action and dialogs).");
+                                    "pick, action and dialogs).");
     FileDocument checked;
     checked.series = RequiredText(document, "series", "write the series' code, such as \"JF\".");
     if (document.contains("open"))
@@ -199,11 +200,23 @@ FileDocument CheckDocument(const Json& document) {
             if (document.contains(part))
                 throw Refusal(part, "a document to delete is deleted as it was saved: give it no " +
                                         std::string(part) + ".");
+    if (document.contains("pick")) {
+        if (checked.open)
+            throw Refusal("pick", "only a new document opens the list to pick from.");
+        const Json& pick = document.at("pick");
+        if (!pick.is_array() || pick.empty())
+            throw Refusal("pick", Shown(pick) + " is not a list of rows: write them as "
+                                                "[{\"Caption\": \"text\", ...}, ...].");
+        for (const Json& row : pick)
+            checked.pick.push_back(TextsOf(row, "pick", "pick ",
+                                           "a row: write it as {\"Caption\": \"text\", ...}"));
+    }
     // A new document without its date is refused rather than given today's; an opened one
-    // keeps its own unless another is given.
-    if (!checked.open || document.contains("date"))
+    // keeps its own unless another is given, and a row picked from a list gives its own.
+    const bool given = checked.open || !checked.pick.empty();
+    if (!given || document.contains("date"))
         checked.date = RequiredText(document, "date", "write the document's date as dd/MM/yyyy.");
-    if (!checked.open || document.contains("party"))
+    if (!given || document.contains("party"))
         checked.party = RequiredText(document, "party", "write the account's name.");
     if (document.contains("boxes"))
         checked.boxes = TextsOf(document.at("boxes"), "boxes", "box ",

@@ -43,6 +43,9 @@ struct FileDocument {
     std::string date;                  // empty: as opened
     std::string party;                 // empty: as opened
     NamedTexts boxes;
+    // Rows to take from the list a new document opens with, each by the texts it shows under
+    // its captions; none: the list is closed.
+    std::vector<NamedTexts> pick;
     std::vector<FileLine> lines;
     NamedTexts charges;
     FileAction action = FileAction::Save;

@@ -5,7 +5,9 @@
 #include "ScreenScript.h"
 
 #include "desk/core/SelectDialog.h"
+#include "desk/core/SelectItemScreen.h"
 #include "desk/documents/DocumentScreen.h"
+#include "desk/documents/Series.h"
 
 #include <algorithm>
 #include <ostream>
@@ -196,8 +198,18 @@ public:
         if (!screen)
             throw std::logic_error("this QX Desk has no document entry");
         screen->Properties().SetValue("DocSeriesCode", document.series);
+        if (!document.open)
+            AnswerOpeningDialogs(document);
         app_.OpenScreen(screen);
         screen_ = screen;
+        if (!document.open) {
+            frontend_.DropModals(); // what the new document did not ask
+            place_.field = "pick";
+            if (!pickRefusal_.empty())
+                throw Refusal("pick", pickRefusal_);
+            if (!document.pick.empty() && !listOpened_)
+                throw Refusal("pick", "the new document opened no list to pick from.");
+        }
         if (document.open) {
             place_.field = "open";
             screen->OpenDocument(
@@ -234,10 +246,62 @@ public:
     }
 
 private:
+    // A new document may first ask for the record of each look-up box its series requires
+    // (the market), in the series' order, and then open a list to pick from: the file's boxes
+    // answer the first, its pick the second. What the file does not answer is closed (Esc).
+    void AnswerOpeningDialogs(const FileDocument& document) {
+        CompanyDb& db = app_.DeskSession().Database();
+        const std::int32_t seriesId = desk::FindSeries(db, document.series, "");
+        if (seriesId == 0)
+            return; // the document screen says so
+        for (const desk::SeriesBox& box : desk::LoadSeries(db, seriesId).boxes) {
+            if (!box.required || box.lookup.empty())
+                continue;
+            const auto given = std::ranges::find(document.boxes, box.name,
+                                                 &std::pair<std::string, std::string>::first);
+            const std::string text = given == document.boxes.end() ? "" : given->second;
+            frontend_.QueueModal([text](ui::Screen& list) {
+                if (!text.empty())
+                    desk::ChooseInList(list, text); // a name not listed is refused at its box
+            });
+        }
+        frontend_.QueueModal([this, &document](ui::Screen& list) {
+            if (!dynamic_cast<desk::SelectItemScreen*>(&list))
+                return;
+            listOpened_ = true;
+            if (!document.pick.empty())
+                Pick(list, document.pick);
+        });
+    }
+
+    // Takes the rows named by caption and text; what the list lacks is kept as the refusal.
+    void Pick(ui::Screen& list, const std::vector<NamedTexts>& pick) {
+        const auto& grid = list.Get<ui::Grid>(desk::kSelectItemGrid);
+        std::vector<std::vector<std::string>> rows;
+        for (const NamedTexts& named : pick) {
+            std::vector<std::string>& texts = rows.emplace_back();
+            for (const auto& [caption, text] : named) {
+                int col = 1;
+                while (col < grid.Cols() && grid.TextMatrix(0, col) != caption)
+                    ++col;
+                if (col == grid.Cols()) {
+                    pickRefusal_ = "the list has no column \"" + caption + "\".";
+                    return;
+                }
+                texts.push_back(text);
+            }
+        }
+        if (!desk::TakeRows(list, rows))
+            pickRefusal_ = "the list does not show every row to pick (" +
+                           std::to_string(grid.Rows() - 1) + " rows listed).";
+    }
+
     desk::DeskApp& app_;
     desk::ScriptedFrontend& frontend_;
     Place& place_;
     std::shared_ptr<desk::DocumentScreen> screen_;
+    bool listOpened_ = false;
+    std::string pickRefusal_;
 };
 
 // What became of a document, and of one that was refused, as the log says it.

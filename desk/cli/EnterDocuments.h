@@ -10,6 +10,8 @@
 //      "party": "GURMEET SINGH",             the account, by name
 //      "boxes": {"FORM_NO": "345", ...},     the series' own boxes, by name; a box with a
 //                                            look-up is chosen from its list by the text
+//      "pick": [{"Party": "PUNGRAIN", ...}], rows to take from the list a new document opens
+//                                            with, each by the texts under the list's captions
 //      "lines": [{"PRODUCT_ID": "WHEAT", "QUANTITY": "10.40", ...}, ...],
 //                                            each line's cells by column key, in order
 //      "charges": {"LABOUR": "3.50"},        rates of the charges, by charge key
@@ -17,7 +19,10 @@
 //                                            order, as steps of a screen script
 //   ]}
 // A saved document is opened first when the document has "open": {"number": "5"} or
-// "open": {"boxes": {"FORM_BOOK_NO": "12", ...}}; its date and party may then be left out.
+// "open": {"boxes": {"FORM_BOOK_NO": "12", ...}}; its date and party may then be left out, as
+// they may when a row picked gives them. A series' required look-up boxes that a new document
+// asks for first are answered from "boxes"; a list it opens that "pick" does not answer is
+// closed, and the lines a module fills in then are changed by naming their line numbers.
 // "action" is "save" (the default), "cancel" or "delete". A line may name its line,
 // {"line": "2", ...}, and {"line": "2", "remove": "yes"} removes one.
 

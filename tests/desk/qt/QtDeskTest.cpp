@@ -334,7 +334,7 @@ TEST_F(QtDesk, JFormsAndIFormsOnTheEntryScreen) {
         app.CloseScreen(*screen);
     };
     shoot("JForms", 1, "j-form.png"); // GURMEET SINGH: a line to PUNGRAIN and one to SELF
-    shoot("IForms", 3, "i-form.png"); // PUNGRAIN takes over the paddy
+    shoot("IForms", 4, "i-form.png"); // PUNGRAIN takes over the paddy
 
     test::WhenModalOpens(escape);
     app.ClickMenu("JForms");
@@ -414,7 +414,7 @@ TEST_F(QtDesk, APendingJFormIsPickedFromTheListAtTheKeyboard) {
     QString marketShown;
     test::WhenModalOpens([&](QWidget& markets) {
         test::WhenModalOpens([&](QWidget& pending) {
-            if (auto* market = frontend.Window().findChild<QLineEdit*>("TXPUDI0"))
+            if (auto* market = frontend.Window().findChild<QLineEdit*>("TXPUDI1"))
                 marketShown = market->text();
             pending.resize(900, 400);
             QApplication::processEvents();
