@@ -4,7 +4,11 @@
 // voucher, which every save, date change, cancellation and deletion builds again.
 #include "DemoSeriesCompany.h"
 
+#include "desk/cli/EnterDocuments.h"
 #include "desk/documents/BooksCheck.h"
+
+#include <fstream>
+#include <sstream>
 
 using namespace qx;
 using test::Strings;
@@ -88,6 +92,30 @@ const Strings kJForm101 = {
     "J-FORM / I-FORM CONTROL A/C|20000|As per I/J-Forms",
 };
 
+// The day once Pungrain's I-Form has taken 4 of his 10 quintals, 20 kg more on his weighing.
+const Strings kJForm101AndIForm501 = {"PUNGRAIN|8672|I-Form No. KHN 3/501",
+                                      "GURMEET SINGH|-29888|J-Form No. KHN 12/101",
+                                      "PURCHASE PADDY|10000|J-Form No. 1",
+                                      "MARKET FEE : PADDY|200|J-Form No. 1",
+                                      "MARKET FEE PAYABLE|-200|J-Form No. 1",
+                                      "R.D.F. : PADDY|100|J-Form No. 1",
+                                      "R.D.F. PAYABLE|-100|J-Form No. 1",
+                                      "CANCER FUND : PADDY|50|J-Form No. 1",
+                                      "CANCER FUND PAYABLE|-50|J-Form No. 1",
+                                      "P.I.D.F. : PADDY|103.5|J-Form No. 1",
+                                      "P.I.D.F. PAYABLE|-103.5|J-Form No. 1",
+                                      "LABOUR (SELF) : PADDY|45|J-Form No. 1",
+                                      "LABOUR PAYABLE|-45|J-Form No. 1",
+                                      "PADDY MAL KHATA|-400|As per I-Forms",
+                                      "DAMI A/C|-210|As per I-Forms",
+                                      "LABOUR A/C (J-FORMS)|-112.5|As per J-Forms",
+                                      "LABOUR A/C (I-FORMS)|-36|As per I-Forms",
+                                      "LOADING A/C|-12.8|As per I-Forms",
+                                      "STITCHING A/C|-8.8|As per I-Forms",
+                                      "DHARAM A/C|-4.2|As per I-Forms",
+                                      "ROUND OFF|0.7|As per I/J-Forms",
+                                      "J-FORM / I-FORM CONTROL A/C|11999.6|As per I/J-Forms"};
+
 TEST_F(BooksTest, TheDaysVoucherFollowsEveryFormOfTheDayThroughItsLife) {
     SaveJForm101("04/11/2024");
     EXPECT_EQ(Rows("SELECT CUSTOMERID, JFACTOR, STOCKFACTOR, iMarketFeeRate, iLabourRateIF, "
@@ -100,29 +128,13 @@ TEST_F(BooksTest, TheDaysVoucherFollowsEveryFormOfTheDayThroughItsLife) {
     // 4 of Pungrain's 10 quintals are taken over, 6 stay pending; the 20 kg his weighing found
     // more come out of the agent's stock, on a row that is saved but never shown.
     SaveIForm501("04/11/2024");
-    EXPECT_EQ(Rows("SELECT SUM(QUANTITY*JFACTOR) FROM DOCDATA WHERE CUSTOMERID=201"),
-              Strings{"6"});
+    EXPECT_EQ(Rows("SELECT SUM(QUANTITY*JFACTOR) FROM DOCDATA WHERE CUSTOMERID=201"), Strings{"6"});
     const std::int32_t iForm = DocumentOf("IF", 501);
     EXPECT_EQ(Rows("SELECT REFNO, CUSTOMERID, QUANTITY, DIFFQTY, AMOUNT, SALEAMOUNT, JFACTOR, "
                    "STOCKFACTOR, ROWMARK FROM DOCDATA WHERE DOCUMENTID=" +
                    std::to_string(iForm) + " ORDER BY REFNO"),
               (Strings{"1|201|4|0.2|8400|0|-1|0|", "2|0|0.2|0|400|400|0|-1|*Hidden*"}));
-    EXPECT_EQ(DayVoucher("2024-11-04"),
-              (Strings{"PUNGRAIN|8672|I-Form No. KHN 3/501",
-                       "GURMEET SINGH|-29888|J-Form No. KHN 12/101",
-                       "PURCHASE PADDY|10000|J-Form No. 1", "MARKET FEE : PADDY|200|J-Form No. 1",
-                       "MARKET FEE PAYABLE|-200|J-Form No. 1", "R.D.F. : PADDY|100|J-Form No. 1",
-                       "R.D.F. PAYABLE|-100|J-Form No. 1", "CANCER FUND : PADDY|50|J-Form No. 1",
-                       "CANCER FUND PAYABLE|-50|J-Form No. 1",
-                       "P.I.D.F. : PADDY|103.5|J-Form No. 1",
-                       "P.I.D.F. PAYABLE|-103.5|J-Form No. 1",
-                       "LABOUR (SELF) : PADDY|45|J-Form No. 1",
-                       "LABOUR PAYABLE|-45|J-Form No. 1", "PADDY MAL KHATA|-400|As per I-Forms",
-                       "DAMI A/C|-210|As per I-Forms", "LABOUR A/C (J-FORMS)|-112.5|As per J-Forms",
-                       "LABOUR A/C (I-FORMS)|-36|As per I-Forms", "LOADING A/C|-12.8|As per I-Forms",
-                       "STITCHING A/C|-8.8|As per I-Forms", "DHARAM A/C|-4.2|As per I-Forms",
-                       "ROUND OFF|0.7|As per I/J-Forms",
-                       "J-FORM / I-FORM CONTROL A/C|11999.6|As per I/J-Forms"}));
+    EXPECT_EQ(DayVoucher("2024-11-04"), kJForm101AndIForm501);
     ExpectRebuildsTheSame("2024-11-04");
     auto& iForms = OpenMenu("IForms");
     iForms.OpenDocument(iForm);
@@ -177,9 +189,10 @@ TEST_F(BooksTest, LabourIsPostedToTheHeadsOfItsDay) {
     EXPECT_EQ(Messages(), Strings{"Negative stock after issuing item : PADDY"})
         << "a warning: the form is saved";
     // 20 bags at 3.75 on the J-Form, at 4.50 on the I-Form.
-    EXPECT_EQ(Ledger("F.MHD LIKE 'LABOUR A/C%' OR F.MHD LIKE 'J-FORM%'"), (Strings{"LABOUR A/C|-165|As per I/J-Forms",
-                                     "LABOUR A/C (J-FORMS)|-75|As per J-Forms",
-                                     "LABOUR A/C (I-FORMS)|-90|As per I-Forms"}));
+    EXPECT_EQ(
+        Ledger("F.MHD LIKE 'LABOUR A/C%' OR F.MHD LIKE 'J-FORM%'"),
+        (Strings{"LABOUR A/C|-165|As per I/J-Forms", "LABOUR A/C (J-FORMS)|-75|As per J-Forms",
+                 "LABOUR A/C (I-FORMS)|-90|As per I-Forms"}));
     EXPECT_TRUE(Unbalanced().empty()) << Unbalanced().front();
 
     // Without the old head, the later day still posts; the earlier cannot.
@@ -268,13 +281,16 @@ TEST_F(BooksTest, AnEditedJFormAsksWhetherToReviseEachChangedRateAsPerMaster) {
         frontend.QueueAnswer(answer);
     ASSERT_TRUE(Press(screen, ui::Key::F10));
     const std::string revise = "\r\nDo you want to revise as per master?";
-    EXPECT_EQ(Messages(),
-              (Strings{"Market fee as per J-Form is: 2\r\nMarket Fee as per master is: 2.5" + revise,
-                       "P.I.D.F. as per J-Form is: 1\r\nP.I.D.F. as per master is: 1.5" + revise,
-                       "Labour rate as per J-Form is: 4.5\r\nLabour Rate (I-Form) as per master "
-                       "is: 5" + revise,
-                       "Cancer Fund rate as per J-Form is: 0.5\r\nCancer Fund rate as per master "
-                       "is: 0" + revise}));
+    EXPECT_EQ(
+        Messages(),
+        (Strings{"Market fee as per J-Form is: 2\r\nMarket Fee as per master is: 2.5" + revise,
+                 "P.I.D.F. as per J-Form is: 1\r\nP.I.D.F. as per master is: 1.5" + revise,
+                 "Labour rate as per J-Form is: 4.5\r\nLabour Rate (I-Form) as per master "
+                 "is: 5" +
+                     revise,
+                 "Cancer Fund rate as per J-Form is: 0.5\r\nCancer Fund rate as per master "
+                 "is: 0" +
+                     revise}));
     EXPECT_EQ(frontend.Transcript()[0].style, "W");
     EXPECT_EQ(Rows("SELECT iMarketFeeRate, iRDFRate, iPIDFRate, iPurTaxRate, iLabourRateIF, "
                    "iCancerFundRate, iMarketFeeAmt, iPIDFAmt, iCancerFundAmt, iLabourAmtIF FROM "
@@ -286,31 +302,53 @@ TEST_F(BooksTest, AnEditedJFormAsksWhetherToReviseEachChangedRateAsPerMaster) {
 // The worked figures of a local purchase before GST: each levy is posted as a pair, the
 // category's expense head against the payable head, after the host's own rows; the form
 // number stands in the narration for "##".
+const Strings kLocalPurchase41 = {"HARPAL SINGH|-10000|Purchase vide Form No. 41",
+                                  "PURCHASE MAIZE|10000|Purchase vide Form No. 41",
+                                  "MARKET FEE : MAIZE|200|Purchase vide Form No. 41",
+                                  "MARKET FEE PAYABLE|-200|Purchase vide Form No. 41",
+                                  "R.D.F. : MAIZE|100|Purchase vide Form No. 41",
+                                  "R.D.F. PAYABLE|-100|Purchase vide Form No. 41",
+                                  "P.I.D.F. : MAIZE|103|Purchase vide Form No. 41",
+                                  "P.I.D.F. PAYABLE|-103|Purchase vide Form No. 41",
+                                  "PURCHASE TAX : MAIZE|416.12|Purchase vide Form No. 41",
+                                  "PURCHASE TAX PAYABLE|-416.12|Purchase vide Form No. 41"};
+
 TEST_F(BooksTest, ALocalPurchasePostsItsLeviesInPairs) {
     auto& screen = OpenMenu("PurchaseLocal");
     ASSERT_TRUE(TypeBox(screen, screen.TxpDocDate(), "31/03/2017"));
     ASSERT_TRUE(TypeBox(screen, screen.TxpCustomer(), "harpal singh"));
     ChooseMarket(screen, "KHANNA");
     ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_NO"), "41"));
-    ASSERT_TRUE(TypeLine(screen, 1,
-                         {{"PRODUCT_ID", "maize"},
-                          {"QTY_PER_BOX", "50"},
-                          {"QUANTITY", "5"},
-                          {"RATE", "2000"}}));
+    ASSERT_TRUE(TypeLine(
+        screen, 1,
+        {{"PRODUCT_ID", "maize"}, {"QTY_PER_BOX", "50"}, {"QUANTITY", "5"}, {"RATE", "2000"}}));
     ASSERT_TRUE(Press(screen, ui::Key::F10));
     EXPECT_TRUE(Messages().empty()) << Messages().front();
-    EXPECT_EQ(Ledger("D.DTRNTYPE='PUR'"),
-              (Strings{"HARPAL SINGH|-10000|Purchase vide Form No. 41",
-                       "PURCHASE MAIZE|10000|Purchase vide Form No. 41",
-                       "MARKET FEE : MAIZE|200|Purchase vide Form No. 41",
-                       "MARKET FEE PAYABLE|-200|Purchase vide Form No. 41",
-                       "R.D.F. : MAIZE|100|Purchase vide Form No. 41",
-                       "R.D.F. PAYABLE|-100|Purchase vide Form No. 41",
-                       "P.I.D.F. : MAIZE|103|Purchase vide Form No. 41",
-                       "P.I.D.F. PAYABLE|-103|Purchase vide Form No. 41",
-                       "PURCHASE TAX : MAIZE|416.12|Purchase vide Form No. 41",
-                       "PURCHASE TAX PAYABLE|-416.12|Purchase vide Form No. 41"}));
+    EXPECT_EQ(Ledger("D.DTRNTYPE='PUR'"), kLocalPurchase41);
     EXPECT_TRUE(Unbalanced().empty()) << Unbalanced().front();
+}
+
+// The same figures from a file as from the screen: `qx enter` types the local purchase, J-Form
+// 101, and Pungrain's I-Form picked from the list of pending J-Forms.
+TEST_F(BooksTest, AFileOfFormsPostsWhatTheScreenPosts) {
+    const std::filesystem::path file = folder.Path() / "forms.json";
+    std::ofstream(file) << R"({"documents": [
+      {"series": "PL", "date": "31/03/2017", "party": "HARPAL SINGH",
+       "boxes": {"MARKET": "KHANNA", "FORM_NO": "41"},
+       "lines": [{"PRODUCT_ID": "MAIZE", "QTY_PER_BOX": "50", "QUANTITY": "5", "RATE": "2000"}]},
+      {"series": "JF", "date": "04/11/2024", "party": "GURMEET SINGH",
+       "boxes": {"MARKET": "KHANNA", "FORM_BOOK_NO": "12", "FORM_NO": "101"},
+       "lines": [{"PRODUCT_ID": "PADDY", "CUSTOMER_ID": "SELF", "QTY_PER_BOX": "50", "QUANTITY": "5", "RATE": "2000"},
+                 {"PRODUCT_ID": "PADDY", "CUSTOMER_ID": "PUNGRAIN", "QTY_PER_BOX": "50", "QUANTITY": "10", "RATE": "2000"}]},
+      {"series": "IF", "boxes": {"MARKET": "KHANNA", "FORM_BOOK_NO": "3", "FORM_NO": "501"},
+       "pick": [{"Party": "PUNGRAIN", "Item": "PADDY"}],
+       "lines": [{"line": "1", "QUANTITY": "4", "NO_OF_BOXES": "8", "ADD_LESS_KGS": "20"}]}
+    ]})";
+    std::ostringstream log, refused;
+    ASSERT_TRUE(cli::EnterDocuments(app, frontend, file, log, refused)) << refused.str();
+    EXPECT_EQ(Ledger("D.DTRNTYPE='PUR'"), kLocalPurchase41);
+    EXPECT_EQ(DayVoucher("2024-11-04"), kJForm101AndIForm501);
+    EXPECT_EQ(Rows("SELECT SUM(QUANTITY*JFACTOR) FROM DOCDATA WHERE CUSTOMERID=201"), Strings{"6"});
 }
 
 } // namespace
