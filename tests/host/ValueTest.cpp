@@ -1,5 +1,4 @@
 #include "host/Value.h"
-#include "host/Object.h"
 #include "host/PropertyBag.h"
 
 #include <gtest/gtest.h>
@@ -101,17 +100,6 @@ TEST(PropertyBag, NamesIgnoreLatinLetterCaseOnlyAndComeInThatOrder) {
     bag.SetValue("Mandi ਖੰਨੀ", 2);
     EXPECT_EQ(bag.GetValue("MANDI ਖੰਨਾ").AsLong(), 1);
     EXPECT_EQ(bag.GetValue("mandi ਖੰਨੀ").AsLong(), 2);
-}
-
-TEST(Object, UnknownOperationIsRefusedByName) {
-    Object object;
-    std::vector<Value> args{Value(1)};
-    try {
-        object.Invoke("Recalculate", args);
-        FAIL() << "Invoke of an unknown operation returned";
-    } catch (const std::invalid_argument& error) {
-        EXPECT_STREQ(error.what(), "no operation Recalculate");
-    }
 }
 
 } // namespace

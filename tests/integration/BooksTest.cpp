@@ -45,20 +45,11 @@ protected:
         ASSERT_TRUE(Messages().empty()) << Messages().front();
         app.CloseScreen(screen);
     }
-    // A new I-Form of the market; its list of pending J-Forms is left with Esc.
-    desk::DocumentScreen& NewIForm(const std::string& market) {
-        ChooseInNextList(market);
-        return OpenMenu("IForms");
-    }
     std::int32_t DocumentOf(const std::string& series, int form) {
         return Db()
             .LookupValue("DOCMAIN", "DOCUMENTID",
                          "DOCSERIES='" + series + "' AND FORMNO=" + std::to_string(form))
             .AsInt();
-    }
-    void ExpectRebuildsTheSame(const std::string& isoDay) {
-        const auto [posted, rebuilt] = PostedAndRebuilt(isoDay);
-        EXPECT_EQ(posted, rebuilt) << isoDay;
     }
     // Every table a save writes to, whole.
     Strings Company() {

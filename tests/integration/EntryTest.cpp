@@ -23,8 +23,10 @@ const Strings kBagColumns = {"NO_OF_BOXES",  "PCS",      "QUANTITY", "REV_BAGS2"
 
 TEST_F(EntryTest, JFormLineKeepsItsBagsAndWeightTogether) {
     auto& screen = OpenMenu("JForms");
-    // 10.50 quintals fill 21 bags of 50 kg exactly.
+    EXPECT_EQ(Charges(screen), Strings{"LABOUR  "});
+    // 10.50 quintals fill 21 bags of 50 kg exactly; the charges take wheat's J-Form labour.
     ASSERT_TRUE(TypeLine(screen, 1, JLine("wheat", "bansal traders", "50", "10.50", "2125")));
+    EXPECT_EQ(Charges(screen), Strings{"LABOUR 6.22 130.62"});
     EXPECT_EQ(Line(screen, 1, kBagColumns),
               (Strings{"21", "", "10.50", "21.00", "", "10.50", "21.00", "22,312.50"}));
 
@@ -57,6 +59,7 @@ TEST_F(EntryTest, JFormLineKeepsItsBagsAndWeightTogether) {
     ASSERT_TRUE(TypeLine(screen, 5, {{"REV_BAGS2", "24"}}));
     EXPECT_EQ(Line(screen, 5, {"NO_OF_BOXES", "PCS", "ADD_LESS_KGS"}), (Strings{"23", "", ""}));
     EXPECT_EQ(Messages().size(), 1u);
+    EXPECT_TRUE(Charges(screen)[0].starts_with("LABOUR 6.22 ")) << "paddy on later lines";
 }
 
 TEST_F(EntryTest, AnIFormSeriesWithoutAWeightOrRateColumnKeepsTheAmountItHas) {
@@ -96,11 +99,7 @@ TEST_F(EntryTest, AnIFormSeriesWithoutAWeightOrRateColumnKeepsTheAmountItHas) {
 
 TEST_F(EntryTest, IFormLineIsValuedOnItsWeightAndBearsTheBuyersCharges) {
     // Bansal Traders' 10 quintals of wheat in bags of 50 kg, sold to him on a J-Form of Doraha.
-    Db().ExecuteSql("INSERT INTO DOCMAIN (DOCUMENTID, DOCSERIES, DOCSERIESID, DOCNUMBER, DOCDATE, "
-                    "PARTYCODE, MARKETID) VALUES (90, 'JF', 1, 90, '2024-04-15', 101, 2)");
-    Db().ExecuteSql("INSERT INTO DOCDATA (DOCUMENTID, REFNO, PRODUCTID, CUSTOMERID, QUANTITY, "
-                    "FREEQUANTITY, QTYPERBOX, RATE, JFACTOR) VALUES (90, 1, 1, 201, 10, 0, 50, "
-                    "1950, 1)");
+    SavedForm(90, "JF", "2024-04-15", 2, {{1, 201, "10", "1950", 1}});
     auto& screen = OpenSeries("IF");
     ChooseMarket(screen, "DORAHA");
     // Choosing him picks his wheat; his weighing finds 20 kg more, and he pays 2,000.
@@ -129,25 +128,6 @@ TEST_F(EntryTest, IFormLineIsValuedOnItsWeightAndBearsTheBuyersCharges) {
               Strings{"10|20|10.2|2000|20400"});
 }
 
-TEST_F(EntryTest, ChargesTakeTheFirstItemsRatesOncePerDocument) {
-    auto& screen = OpenMenu("JForms");
-    EXPECT_EQ(Charges(screen), Strings{"LABOUR  "});
-    ASSERT_TRUE(TypeLine(screen, 1, JLine("wheat", "bansal traders", "50", "10")));
-    EXPECT_EQ(Charges(screen), Strings{"LABOUR 6.22 124.40"}) << "wheat's J-Form labour";
-
-    // Paddy on the next line, and paddy put on the first line, change nothing.
-    ASSERT_TRUE(TypeLine(screen, 2, JLine("paddy", "bansal traders", "50", "15")));
-    ASSERT_TRUE(TypeLine(screen, 1, {{"PRODUCT_ID", "paddy"}}));
-    EXPECT_EQ(Charges(screen), Strings{"LABOUR 6.22 311.00"});
-
-    // A new document starts from the series' rates and takes its first item's again.
-    frontend.QueueAnswer(kAnswerNo);
-    ASSERT_TRUE(Press(screen, ui::Key::F5));
-    EXPECT_EQ(Charges(screen), Strings{"LABOUR  "});
-    ASSERT_TRUE(TypeLine(screen, 1, {{"PRODUCT_ID", "paddy"}}));
-    EXPECT_EQ(Charges(screen), Strings{"LABOUR 7.5 "});
-}
-
 TEST_F(EntryTest, TheLeviesOfTheAgentsOwnPurchasesShowUntilGst) {
     auto& screen = OpenMenu("JForms");
     ASSERT_TRUE(TypeBox(screen, screen.TxpDocDate(), "10/04/2017"));
@@ -166,6 +146,8 @@ TEST_F(EntryTest, TheLeviesOfTheAgentsOwnPurchasesShowUntilGst) {
     frontend.QueueAnswer(kAnswerNo);
     ASSERT_TRUE(Press(screen, ui::Key::F5));
     EXPECT_TRUE(Summary(screen).empty());
+    ASSERT_TRUE(TypeLine(screen, 1, {{"PRODUCT_ID", "paddy"}}));
+    EXPECT_EQ(Charges(screen), Strings{"LABOUR 7.5 "}) << "the first item's rates taken again";
     frontend.ClearTranscript();
 
     // A local purchase bears them too; the date decides, and the summary follows it at once.

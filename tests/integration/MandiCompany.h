@@ -8,11 +8,13 @@
 #include "support/DocumentTyping.h"
 #include "support/DeskFixture.h"
 
+#include "desk/core/SelectItemScreen.h"
 #include "desk/documents/DocumentScreen.h"
 #include "desk/documents/HostDocuments.h"
 #include "kivra/module/mKivraModule.h"
 
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -134,21 +136,58 @@ protected:
     static std::string Total(desk::DocumentScreen& screen, const std::string& box) {
         return screen.Get<ui::TextBox>(box).Text();
     }
-    // The summary grid as shown, rows joined by "|"; empty while it is hidden or empty.
+    // A grid's row from a column on, cells joined by "|".
+    static std::string Joined(const ui::Grid& grid, int row, int firstCol = 0) {
+        std::string line;
+        for (int col = firstCol; col < grid.Cols(); ++col)
+            line += (col > firstCol ? "|" : "") + grid.TextMatrix(row, col);
+        return line;
+    }
+    // The summary grid as shown; empty while it is hidden or empty.
     static Strings Summary(desk::DocumentScreen& screen) {
         Strings rows;
         const auto& grid = screen.GridInfo();
         if (!screen.ShowGridinfo() || !screen.PicGridInfo().Visible() || !grid.Visible() ||
             grid.Cols() == 0)
             return rows;
-        for (int row = 0; row < grid.Rows(); ++row) {
-            std::string line;
-            for (int col = 0; col < grid.Cols(); ++col)
-                line += (col ? "|" : "") + grid.TextMatrix(row, col);
-            rows.push_back(line);
-        }
+        for (int row = 0; row < grid.Rows(); ++row)
+            rows.push_back(Joined(grid, row));
         return rows;
     }
+
+    // A saved form: its market and date, and its lines as "item buyer quantity rate jfactor".
+    void SavedForm(int id, const std::string& series, const std::string& isoDate, int market,
+                   const std::vector<std::tuple<int, int, const char*, const char*, int>>& lines) {
+        Db().ExecuteSql("INSERT INTO DOCMAIN (DOCUMENTID, DOCSERIES, DOCSERIESID, DOCNUMBER, "
+                        "DOCDATE, PARTYCODE, MARKETID) VALUES (" +
+                        std::to_string(id) + ", '" + series + "', " + (series == "JF" ? "1" : "2") +
+                        ", " + std::to_string(id) + ", '" + isoDate + "', 101, " +
+                        std::to_string(market) + ")");
+        int refNo = 0;
+        for (const auto& [item, buyer, quantity, rate, jFactor] : lines)
+            Db().ExecuteSql("INSERT INTO DOCDATA (DOCUMENTID, REFNO, PRODUCTID, CUSTOMERID, "
+                            "QUANTITY, FREEQUANTITY, QTYPERBOX, RATE, JFACTOR) VALUES (" +
+                            std::to_string(id) + ", " + std::to_string(++refNo) + ", " +
+                            std::to_string(item) + ", " + std::to_string(buyer) + ", " + quantity +
+                            ", 0, 50, " + rate + ", " + std::to_string(jFactor) + ")");
+    }
+
+    // A new I-Form: its market chosen first, then the pending J-Forms listed (kept in listed);
+    // take is the rows the user takes from the list (none: he presses Esc).
+    desk::DocumentScreen& NewIForm(const std::string& market, std::vector<Strings> take = {}) {
+        ChooseInNextList(market);
+        frontend.QueueModal([this, take](ui::Screen& list) {
+            const auto& grid = list.Get<ui::Grid>(desk::kSelectItemGrid);
+            listed.clear();
+            for (int row = 0; row < grid.Rows(); ++row)
+                listed.push_back(Joined(grid, row, 1));
+            if (!take.empty()) {
+                EXPECT_TRUE(desk::TakeRows(list, take));
+            }
+        });
+        return OpenMenu("IForms");
+    }
+    Strings listed;
 
     static bool Press(desk::DocumentScreen& screen, ui::Key key) {
         return screen.KeyDown({.key = key});

@@ -38,9 +38,10 @@ protected:
         desk::ImportSeries(Db(), nlohmann::ordered_json::parse(kJForms));
     }
 
-    // The next list's entries, the current one marked, and the entry chosen in it.
-    void ChooseInNextList(Strings& listed, const std::string& entry) {
-        frontend.QueueModal([&listed, entry](ui::Screen& list) {
+    // The next list's entries (in listed), the current one marked, and the entry chosen in it.
+    void ListAndChoose(const std::string& entry) {
+        listed.clear();
+        frontend.QueueModal([this, entry](ui::Screen& list) {
             const auto& grid = list.Get<ui::Grid>(desk::kSelectListGrid);
             for (int row = 1; row < grid.Rows(); ++row)
                 listed.push_back(grid.TextMatrix(row, 0) + (row == grid.Row() ? " <" : ""));
@@ -55,8 +56,7 @@ TEST_F(SeriesRulesTest, PartiesAndBuyersAreAccountsOfTheSeriesGroups) {
     EXPECT_EQ(Messages(), Strings{"BANSAL TRADERS cannot be the Party: it is an account of SUNDRY "
                                   "DEBTORS, and the Party is an account of SUNDRY CREDITORS."});
     // F2 lists the farmers only, from what was typed.
-    Strings listed;
-    ChooseInNextList(listed, "HARPAL SINGH");
+    ListAndChoose("HARPAL SINGH");
     screen.TxpCustomer().Type("har");
     ASSERT_TRUE(Press(screen, ui::Key::F2));
     EXPECT_EQ(listed, (Strings{"GURMEET SINGH", "HARPAL SINGH <"}));
@@ -66,8 +66,7 @@ TEST_F(SeriesRulesTest, PartiesAndBuyersAreAccountsOfTheSeriesGroups) {
     EXPECT_FALSE(TypeLine(screen, 1, {{"PRODUCT_ID", "wheat"}, {"CUSTOMER_ID", "labour a/c"}}));
     EXPECT_EQ(Messages(), Strings{"LABOUR A/C cannot be the Buyer: it is an account of CURRENT "
                                   "LIABILITIES, and the Buyer is an account of SUNDRY DEBTORS."});
-    listed.clear();
-    ChooseInNextList(listed, "SELF");
+    ListAndChoose("SELF");
     screen.Focus(screen.Grid());
     screen.Grid().Type("s");
     ASSERT_TRUE(Press(screen, ui::Key::F2));
@@ -105,8 +104,7 @@ TEST_F(SeriesRulesTest, AFormIsNotSavedWithoutTheBoxesItsSeriesRequires) {
     EXPECT_TRUE(Rows("SELECT * FROM DOCMAIN").empty());
 
     // What is typed into the box before F2 opens the list at it.
-    Strings listed;
-    ChooseInNextList(listed, "KHANNA");
+    ListAndChoose("KHANNA");
     Box(screen, "MARKET").Type("kh");
     ASSERT_TRUE(Press(screen, ui::Key::F2));
     EXPECT_EQ(listed, (Strings{"DORAHA", "KHANNA <"}));

@@ -66,7 +66,7 @@ TEST_F(SaveCheckTest, ScreenWithoutLooseOrAddLessColumnsChecksNoBags) {
 
 // Another book and another market are worked through the entry screen in
 // integration/SaveTest.
-TEST_F(SaveCheckTest, FormNumberIsUniqueWithinItsSeriesAndAFailedLookUpStopsTheSave) {
+TEST_F(SaveCheckTest, FormNumberIsGivenAndUniqueInItsSeriesAndAFailedLookUpStopsTheSave) {
     OpenJForm({{676, "Yes"}});
     Form("1", "12");
     doc->seriesCode = "IF";
@@ -74,22 +74,7 @@ TEST_F(SaveCheckTest, FormNumberIsUniqueWithinItsSeriesAndAFailedLookUpStopsTheS
     doc->seriesCode = "JF";
     DuplicateFound();
 
-    // A look-up that fails (the market column gone from under it) is no "not found": the save
-    // stops on the error instead of passing a form it could not check.
-    Db().ExecuteSql("ALTER TABLE DOCMAIN RENAME COLUMN MARKETID TO MANDIID");
-    EXPECT_THROW(Save(), DbError);
-}
-
-TEST_F(SaveCheckTest, WithOneMarketAndNoBookTheFormNumberIsUniqueInTheSeries) {
-    OpenJForm({}, {"FORM_NO"});
-    doc->mainFields.SetValue("MarketID", "2");
-    doc->SeriesSelected();
-    doc->Box("FORM_NO").SetText("12");
-    DuplicateFound();
-}
-
-TEST_F(SaveCheckTest, MissingBookNumberStopsBeforeTheFormNumber) {
-    OpenJForm();
+    // The book is asked for before the form number.
     Form("", "");
     EXPECT_FALSE(Save());
     EXPECT_EQ(Messages(), std::vector<std::string>{"Book no. not specified."});
@@ -105,6 +90,20 @@ TEST_F(SaveCheckTest, MissingBookNumberStopsBeforeTheFormNumber) {
     doc->Box("FORM_BOOK_NO").SetVisible(false);
     EXPECT_FALSE(Save());
     EXPECT_EQ(doc->Screen().Focused(), &doc->Box("FORM_NO"));
+
+    // A look-up that fails (the market column gone from under it) is no "not found": the save
+    // stops on the error instead of passing a form it could not check.
+    Form("1", "12");
+    Db().ExecuteSql("ALTER TABLE DOCMAIN RENAME COLUMN MARKETID TO MANDIID");
+    EXPECT_THROW(Save(), DbError);
+}
+
+TEST_F(SaveCheckTest, WithOneMarketAndNoBookTheFormNumberIsUniqueInTheSeries) {
+    OpenJForm({}, {"FORM_NO"});
+    doc->mainFields.SetValue("MarketID", "2");
+    doc->SeriesSelected();
+    doc->Box("FORM_NO").SetText("12");
+    DuplicateFound();
 }
 
 } // namespace

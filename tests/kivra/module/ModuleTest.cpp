@@ -21,14 +21,6 @@ const desk::SpecialMenu* KivraMenu(const desk::DeskApp& app) {
     return nullptr;
 }
 
-TEST_F(ModuleTest, HandsOutObjectsByNameWhateverTheirCase) {
-    OpenWithModule();
-    EXPECT_TRUE(std::dynamic_pointer_cast<kivra::CKivraDoc>(module.GetForm("CKIVRADOC")));
-    EXPECT_TRUE(std::dynamic_pointer_cast<kivra::CKivraDoc>(module.GetForm("ckivradoc")));
-    EXPECT_NE(module.GetForm("ckivradoc"), module.GetForm("ckivradoc")) << "a new one each time";
-    EXPECT_EQ(module.GetForm("frmKivraRates"), nullptr);
-}
-
 TEST_F(ModuleTest, NoSpecialMenuWithoutTheFirmPropertyUntilTheFirmSettingsAskForIt) {
     OpenWithModule("*Retail*");
     EXPECT_EQ(KivraMenu(app), nullptr);
@@ -88,8 +80,15 @@ TEST_F(ModuleTest, MenuKeysOpenTheModulesScreensAndLeaveTheRestToTheHost) {
     EXPECT_EQ(module.Context(), nullptr);
 }
 
-TEST_F(ModuleTest, CustomEventsAddTheInterestEntriesAndLeaveOtherVouchersToTheHost) {
-    OpenWithModule();
+// Objects by name whatever their case, a new one each time; custom events compared exactly;
+// several markets only when option 676 reads exactly "Yes".
+TEST_F(ModuleTest, HostReachesTheModuleByNamesEventsAndOptions) {
+    OpenWithModule("*KivraMenu*", {{676, "yes"}});
+    EXPECT_TRUE(std::dynamic_pointer_cast<kivra::CKivraDoc>(module.GetForm("CKIVRADOC")));
+    EXPECT_TRUE(std::dynamic_pointer_cast<kivra::CKivraDoc>(module.GetForm("ckivradoc")));
+    EXPECT_NE(module.GetForm("ckivradoc"), module.GetForm("ckivradoc")) << "a new one each time";
+    EXPECT_EQ(module.GetForm("frmKivraRates"), nullptr);
+
     EventArgs items;
     app.RaiseCustomEvent("MiscMenuItems", items);
     EXPECT_EQ(items.Items.Items().size(), 2u);
@@ -100,10 +99,7 @@ TEST_F(ModuleTest, CustomEventsAddTheInterestEntriesAndLeaveOtherVouchersToTheHo
     EventArgs lowerCase;
     app.RaiseCustomEvent("miscmenuitems", lowerCase);
     EXPECT_TRUE(lowerCase.Items.Items().empty()) << "event names are compared exactly";
-}
 
-TEST_F(ModuleTest, SeveralMarketsOnlyWhenOption676ReadsExactlyYes) {
-    OpenWithModule("*KivraMenu*", {{676, "yes"}});
     auto* context = module.Context();
     EXPECT_FALSE(kivra::MultipleMarketRqr(*context));
     app.DeskSession().SetOption(676, "Yes");
@@ -224,11 +220,6 @@ TEST_F(ModuleTest, AFormNumberCannotBeDoubledWhoeverWritesIt) {
     ASSERT_FALSE(plan->EndOfRows());
     EXPECT_NE(plan->Field("detail").AsText().find("INDEX DOCMAIN_FORMNO_CHECK"), std::string::npos)
         << plan->Field("detail").AsText();
-}
-
-TEST(CKivraDoc, GstFromTheFirstOfJuly2017) {
-    EXPECT_FALSE(kivra::CKivraDoc::IsGSTApplicableOn(Date::FromYmd(2017, 6, 30)));
-    EXPECT_TRUE(kivra::CKivraDoc::IsGSTApplicableOn(Date::FromYmd(2017, 7, 1)));
 }
 
 } // namespace
