@@ -5,32 +5,14 @@
 #include "desk/core/DeskApp.h"
 #include "desk/core/Scripted.h"
 #include "desk/core/SelectDialog.h"
+#include "support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <random>
 #include <string>
 
 namespace qx::test {
-
-class TempFolder {
-public:
-    TempFolder() {
-        std::random_device random;
-        path_ = std::filesystem::temp_directory_path() /
-                ("qx-test-" + std::to_string(random()) + std::to_string(random()));
-        std::filesystem::create_directories(path_);
-    }
-    ~TempFolder() {
-        std::error_code ec;
-        std::filesystem::remove_all(path_, ec);
-    }
-    const std::filesystem::path& Path() const { return path_; }
-
-private:
-    std::filesystem::path path_;
-};
 
 // Creates a company file with the given firm properties and options.
 inline std::filesystem::path MakeCompany(const TempFolder& folder, const std::string& firmProperties = "*KivraMenu*",

@@ -9,17 +9,9 @@
 using qx::db::AdaptSql;
 using qx::db::AsWritableQuery;
 
-namespace {
-
-void ExpectAdapted(const std::vector<std::pair<std::string, std::string>>& cases) {
-    for (const auto& [written, expected] : cases)
-        EXPECT_EQ(AdaptSql(written), expected) << written;
-}
-
-} // namespace
-
-TEST(SqlAdapter, SelectFirstBecomesLimitAtTheEndOfItsSelect) {
-    ExpectAdapted({
+TEST(SqlAdapter, TheModulesDialectIsRewrittenOutsideQuotes) {
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        // SELECT FIRST n becomes LIMIT n at the end of its own SELECT
         {"SELECT FIRST 0 * FROM FADATA", "SELECT * FROM FADATA LIMIT 0"},
         {"Select First 1 sum(a.Quantity),b.docdate from DocData a group by b.docdate having "
          "sum(a.Quantity)<>0",
@@ -33,11 +25,7 @@ TEST(SqlAdapter, SelectFirstBecomesLimitAtTheEndOfItsSelect) {
         {"SELECT FIRST FROM T", "SELECT FIRST FROM T"},
         {"SELECT 'SELECT FIRST 1' FROM T", "SELECT 'SELECT FIRST 1' FROM T"},
         {"SELECT \"FIRST\" FROM [SELECT FIRST 1]", "SELECT \"FIRST\" FROM [SELECT FIRST 1]"},
-    });
-}
-
-TEST(SqlAdapter, AccessAndOdbcDateLiteralsBecomeIsoOutsideQuotes) {
-    ExpectAdapted({
+        // Access and ODBC date literals become ISO outside quotes
         {"WHERE DVCHDATE BETWEEN #4/1/2024# AND #03/31/2025#",
          "WHERE DVCHDATE BETWEEN '2024-04-01' AND '2025-03-31'"},
         {"WHERE DOCDATE={d '2024-05-10'} AND X={ d '2024-05-11' }",
@@ -45,11 +33,7 @@ TEST(SqlAdapter, AccessAndOdbcDateLiteralsBecomeIsoOutsideQuotes) {
         {"WHERE NARRATION='Paid #05/10/2024# {d ''2024-05-10''} ਖੰਨਾ'",
          "WHERE NARRATION='Paid #05/10/2024# {d ''2024-05-10''} ਖੰਨਾ'"},
         {"WHERE A=#13/01/2024#", "WHERE A=#13/01/2024#"}, // no month 13: left for SQLite to refuse
-    });
-}
-
-TEST(SqlAdapter, DecimalColumnTypesBecomeRealInTableDefinitions) {
-    ExpectAdapted({
+        // Decimal column types become REAL in table definitions
         {"CREATE TABLE T (A DECIMAL(16,4) NOT NULL, B Currency, C VARCHAR(10), D Int, E Double "
          "Precision, F Numeric(8, 4) DEFAULT 0, CONSTRAINT PK_T PRIMARY KEY (D))",
          "CREATE TABLE T (A REAL NOT NULL, B REAL, C VARCHAR(10), D Int, E REAL, F REAL DEFAULT "
@@ -58,11 +42,7 @@ TEST(SqlAdapter, DecimalColumnTypesBecomeRealInTableDefinitions) {
          "ALTER TABLE DOCDATA ADD AddLessKgs REAL"},
         // only definitions: a DECIMAL word elsewhere is left alone
         {"SELECT CAST(A AS DECIMAL(8,2)) FROM T", "SELECT CAST(A AS DECIMAL(8,2)) FROM T"},
-    });
-}
-
-TEST(SqlAdapter, AddedNotNullColumnGetsADefault) {
-    ExpectAdapted({
+        // An added NOT NULL column gets a default
         {"ALTER TABLE MARKETMASTER ADD SERIES VARCHAR(10) NOT NULL",
          "ALTER TABLE MARKETMASTER ADD SERIES VARCHAR(10) NOT NULL DEFAULT ''"},
         {"ALTER TABLE T ADD COLUMN N Decimal(8,4) NOT NULL;",
@@ -70,7 +50,9 @@ TEST(SqlAdapter, AddedNotNullColumnGetsADefault) {
         {"ALTER TABLE T ADD N INT NOT NULL DEFAULT 7",
          "ALTER TABLE T ADD N INT NOT NULL DEFAULT 7"},
         {"ALTER TABLE T ADD N INT", "ALTER TABLE T ADD N INT"},
-    });
+    };
+    for (const auto& [written, expected] : cases)
+        EXPECT_EQ(AdaptSql(written), expected) << written;
 }
 
 TEST(SqlAdapter, OnlyASingleTableSelectAllIsWritable) {

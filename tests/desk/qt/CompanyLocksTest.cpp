@@ -9,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <sstream>
 
 namespace {
@@ -29,9 +28,7 @@ TEST(CompanyLocks, TheDeskKeepsItsSavesAfterItsFileDialogsListedTheCompanysFolde
     const auto said = folder.Path() / "said.txt";
     std::system(("timeout -s KILL 240 '" + std::string(QX_LOCKS_DRIVER) + "' '" +
                  company.string() + "' > '" + said.string() + "'").c_str());
-    std::stringstream text;
-    text << std::ifstream(said).rdbuf();
-    ASSERT_EQ(text.str(), "saved\n");
+    ASSERT_EQ(qx::test::FileBytes(said), "saved\n");
     EXPECT_EQ(Sql(company, "SELECT COUNT(*) FROM DOCMAIN WHERE FORMNO=150"), "COUNT(*)\n1\n")
         << "the J-Form the desk saved is in the company";
     EXPECT_TRUE(std::filesystem::exists(folder.Path() / "printed.pdf"));
