@@ -128,7 +128,6 @@ TEST_F(QtDesk, MenusOpenScreensInWindowsAndModally) {
     ASSERT_TRUE(notes);
     QPointer<QMdiSubWindow> window = frontend.WindowOf(*notes);
     ASSERT_TRUE(window);
-    EXPECT_EQ(window->windowTitle(), "Notes");
     EXPECT_EQ(notes->firstActivations, 1);
     EXPECT_TRUE(Shoot(frontend.Window(), "main-window.png"));
 
@@ -179,11 +178,6 @@ TEST_F(QtDesk, MessagesShowTheBoxOfTheirStyleAndReturnTheAnswer) {
     EXPECT_EQ(frontend.Message("Do you want to save this document?", "3", "Q"), kAnswerCancel);
     EXPECT_EQ(seen.icon, QMessageBox::Question);
     EXPECT_EQ(seen.buttons, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
-
-    AnswerNextBox(seen, QMessageBox::Ok);
-    EXPECT_EQ(frontend.Message("Maximum 5 characters allowed in Series.", "", "E"), 1);
-    EXPECT_EQ(seen.icon, QMessageBox::Critical);
-    EXPECT_EQ(seen.buttons, QMessageBox::Ok);
 }
 
 // The list dialog at the keyboard: letters typed move to the first entry that starts with
@@ -249,8 +243,6 @@ TEST_F(QtDesk, TheKivraScreensOfAMandiFirm) {
     desk::RegisterHostMasters(app);
     app.LoadModules(std::getenv("QX_MODULES_DIR"));
     app.OpenCompany(company);
-    EXPECT_EQ(frontend.Window().windowTitle(),
-              QString::fromStdString("QX Desk - " + company.string()));
     frontend.Window().resize(1440, 720); // room for the module's ten buttons
 
     // Opening the company rebuilt the menus: one row of the module's buttons, on screen.

@@ -8,7 +8,6 @@
 #include <QComboBox>
 #include <QDateEdit>
 #include <QHeaderView>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableWidget>
@@ -160,9 +159,6 @@ TEST_F(QtScreen, RendersEveryControlKindFromTheModel) {
     EXPECT_FALSE(Find<QLineEdit>("txpParty").parentWidget()->findChild<QToolButton*>()->isVisible());
     EXPECT_EQ(Find<QComboBox>("cmbMarket").currentText(), "Rajpura");
     EXPECT_EQ(Find<QDateEdit>("period.From").text(), "01/04/2024");
-    const QLabel& heading = *widget->findChild<QLabel*>();
-    EXPECT_TRUE(heading.font().bold());
-    EXPECT_GT(heading.font().pointSizeF(), widget->font().pointSizeF());
 
     screen.party.SetText("Harbans Lal");
     screen.bar.SetItemEnabled("Delete", false);
