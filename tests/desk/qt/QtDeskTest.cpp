@@ -91,21 +91,6 @@ protected:
         return nullptr;
     }
 
-    // The text, icon and buttons of the next message box, which is answered with button.
-    struct SeenBox {
-        QString text;
-        QMessageBox::Icon icon = QMessageBox::NoIcon;
-        QMessageBox::StandardButtons buttons;
-    };
-    void AnswerNextBox(SeenBox& seen, QMessageBox::StandardButton button) {
-        test::WhenModalOpens([&seen, button](QWidget& modal) {
-            auto& box = dynamic_cast<QMessageBox&>(modal);
-            seen = {box.text(), box.icon(), box.standardButtons()};
-            if (button == QMessageBox::Escape) QTest::keyClick(&box, Qt::Key_Escape);
-            else box.button(button)->click();
-        });
-    }
-
     desk::QtFrontend frontend;
     desk::DeskApp app{frontend};
     std::shared_ptr<NotesScreen> notes;
@@ -132,10 +117,13 @@ TEST_F(QtDesk, MenusOpenScreensInWindowsAndModally) {
     EXPECT_TRUE(Shoot(frontend.Window(), "main-window.png"));
 
     // A key the desk has no screen for is answered with a message, not a crash.
-    SeenBox seen;
-    AnswerNextBox(seen, QMessageBox::Ok);
+    QString seen;
+    test::WhenModalOpens([&seen](QWidget& modal) {
+        seen = dynamic_cast<QMessageBox&>(modal).text();
+        dynamic_cast<QMessageBox&>(modal).button(QMessageBox::Ok)->click();
+    });
     MenuAction("Kivra", "2. Nowhere")->trigger();
-    EXPECT_EQ(seen.text, "This function is not available in this version of QX Desk.");
+    EXPECT_EQ(seen, "This function is not available in this version of QX Desk.");
 
     notes->refuseClose = true;
     window->close();
@@ -165,44 +153,26 @@ TEST_F(QtDesk, MenusOpenScreensInWindowsAndModally) {
     EXPECT_FALSE(app.ShowModal(dialog)) << "Esc closes without accepting";
 }
 
-TEST_F(QtDesk, MessagesShowTheBoxOfTheirStyleAndReturnTheAnswer) {
-    SeenBox seen;
-    AnswerNextBox(seen, QMessageBox::No);
-    EXPECT_EQ(frontend.Message("Do you want to remove this row ?", "2", "W"), 2);
-    EXPECT_EQ(seen.text, "Do you want to remove this row ?");
-    EXPECT_EQ(seen.icon, QMessageBox::Warning);
-    EXPECT_EQ(seen.buttons, QMessageBox::Yes | QMessageBox::No);
-
-    // The desk's own question before a changed document goes: Esc is Cancel.
-    AnswerNextBox(seen, QMessageBox::Escape);
-    EXPECT_EQ(frontend.Message("Do you want to save this document?", "3", "Q"), kAnswerCancel);
-    EXPECT_EQ(seen.icon, QMessageBox::Question);
-    EXPECT_EQ(seen.buttons, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
-}
-
 // The list dialog at the keyboard: letters typed move to the first entry that starts with
 // them, and when none does nothing is chosen; a list opened on a box's text starts at it.
 TEST_F(QtDesk, TypingInAListFindsTheEntryOrNothing) {
-    auto choose = [&](const std::string& start, const QString& keys, int backspaces = 0) {
+    auto choose = [&](const std::string& start, const QString& keys) {
         auto list = app.CreateSelectDialog();
         std::int64_t id = 0;
         for (const char* market : {"DORAHA", "JAGRAON", "KHANNA", "SAMRALA"})
             list->AddItem(market, ++id);
         list->SetStartText(start);
-        test::WhenModalOpens([keys, backspaces](QWidget& dialog) {
+        test::WhenModalOpens([keys](QWidget& dialog) {
             auto* table = dialog.findChild<QTableWidget*>("List");
             if (!table) return dialog.close(), void();
             QTest::keyClicks(table, keys);
-            for (int i = 0; i < backspaces; ++i) QTest::keyClick(table, Qt::Key_Backspace);
             QTest::keyClick(table, Qt::Key_Return);
             if (dialog.isVisible()) QTest::keyClick(table, Qt::Key_Escape);
         });
         return list->Show() ? list->SelectedText() : std::string("(none)");
     };
-    EXPECT_EQ(choose("", "K"), "KHANNA");
     EXPECT_EQ(choose("", "sa"), "SAMRALA");
     EXPECT_EQ(choose("", "KZ"), "(none)") << "nothing starts with KZ: Enter chooses nothing";
-    EXPECT_EQ(choose("", "KZ", 1), "KHANNA");
     EXPECT_EQ(choose("ja", ""), "JAGRAON");
     EXPECT_EQ(choose("X", ""), "(none)");
 }

@@ -145,10 +145,6 @@ TEST_F(QtScreen, RendersEveryControlKindFromTheModel) {
     EXPECT_EQ(table.rowCount(), 3); // the caption row is the header
     EXPECT_TRUE(table.isColumnHidden(kColId));
     EXPECT_EQ(table.columnWidth(kColAmount), table.logicalDpiX()); // 1440 twips: an inch
-    auto align = [&](int col) { return table.item(0, col)->textAlignment() & Qt::AlignHorizontal_Mask; };
-    EXPECT_EQ(align(kColSerial), Qt::AlignHCenter);
-    EXPECT_EQ(align(kColAmount), Qt::AlignRight);
-    EXPECT_EQ(align(kColItem), Qt::AlignLeft);
     EXPECT_EQ(table.item(1, kColItem)->background().color(), QColor(Qt::red));
     EXPECT_TRUE(table.item(1, kColItem)->font().bold()); // a totals row
     EXPECT_FALSE(table.item(0, kColSerial)->flags() & Qt::ItemIsEditable);
@@ -253,14 +249,6 @@ TEST_F(QtScreen, GridEditReachesTheModelAndTheCursorIsTheModels) {
     EXPECT_EQ(screen.grid.TextMatrix(1, kColBags), "12");
     EXPECT_EQ(screen.grid.Row(), 2);
     EXPECT_EQ(screen.grid.Col(), kColBags);
-
-    // Typing into the last row adds the next empty one.
-    QLineEdit& last = EditCell(3, kColItem);
-    QTest::keyClicks(&last, "Barley");
-    QTest::keyClick(&last, Qt::Key_Return);
-    EXPECT_EQ(screen.grid.Rows(), 5);
-    EXPECT_EQ(Table().rowCount(), 4);
-    EXPECT_EQ(Table().item(3, kColSerial)->text(), "4");
 }
 
 TEST_F(QtScreen, RefusedCellKeepsTheCursorAndTheTypedText) {
