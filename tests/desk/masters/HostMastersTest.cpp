@@ -361,10 +361,6 @@ TEST_F(HostMastersTest, ACompanyStartsWithTheChartsGroupsAndANewGroupTakesTheNex
 }
 
 TEST_F(HostMastersTest, ItemScreensOfModulesOpenOnTheStoredItem) {
-    auto& plain = Open("StkMaster");
-    EXPECT_EQ(plain.Find("btnitemrates"), nullptr) << "no item screens are set up";
-    ASSERT_TRUE(app.CloseScreen(plain));
-
     app.DeskSession().SetFirmSetting("ItemForms",
                                      "itemrates=Item Rates; missing = Missing Screen ;");
     auto& items = Open("StkMaster");
