@@ -133,9 +133,6 @@ protected:
                            charges.TextMatrix(row, desk::DocumentScreen::kChargeAmountCol));
         return rows;
     }
-    static std::string Total(desk::DocumentScreen& screen, const std::string& box) {
-        return screen.Get<ui::TextBox>(box).Text();
-    }
     // A grid's row from a column on, cells joined by "|".
     static std::string Joined(const ui::Grid& grid, int row, int firstCol = 0) {
         std::string line;

@@ -1,5 +1,5 @@
 // A mandi form while it is typed: the series mode, the charge rates filled from the first
-// line's item, the item's account set-up, and each line's bags and weights.
+// line's item, the item's account set-up, each line's bags and weights, and the summary.
 #include "KivraDocFixture.h"
 
 using namespace qx;
@@ -74,7 +74,9 @@ TEST_F(EntryTest, SeriesModeFollowsTypeTagsAndSubSeries) {
     }
 }
 
-TEST_F(EntryTest, TheFirstItemFillsTheRatesOfTheSeriesModeOncePerNewDocument) {
+// A new document loading them again, and a saved one keeping its own, are worked through the
+// entry screen in integration/EntryTest and integration/SaveTest.
+TEST_F(EntryTest, TheFirstItemFillsTheRatesOfTheSeriesModeOnce) {
     struct Case {
         const char *docType, *properties, *subSeries;
         std::vector<std::string> rates;
@@ -95,16 +97,6 @@ TEST_F(EntryTest, TheFirstItemFillsTheRatesOfTheSeriesModeOncePerNewDocument) {
     TypeItem(1, "");
     TypeItem(1, "1");
     EXPECT_EQ(ChargeRates()[0], "9") << "a first line left without an item settles the rates";
-
-    doc->Raise([](DocumentEvents& e) { e.NewDocumentEnd(); });
-    TypeItem(1, "1");
-    EXPECT_EQ(ChargeRates()[0], "11") << "a new document loads them again";
-
-    Charges({"LABOUR"});
-    doc->documentId = 7;
-    doc->Raise([](DocumentEvents& e) { e.EditDocumentEnd(); });
-    TypeItem(1, "1");
-    EXPECT_EQ(ChargeRates()[0], "9") << "a saved document keeps the rates it was saved with";
 }
 
 TEST_F(EntryTest, ItemWithoutAccountsForTheSeriesOpensTheirSetUp) {
@@ -157,6 +149,23 @@ TEST_F(EntryTest, FractionalBagsWeighedOrNoBagWeightLeaveTheLineAlone) {
     EXPECT_TRUE(Messages().empty());
 
     EXPECT_EQ(Recalc(1, {{"COL_QTY_PER_BOX", "0"}}, "REV_BAGS"), "") << "no bag weight";
+}
+
+// The levies of a J-Form's SELF lines are worked through the entry screen in
+// integration/EntryTest; other forms leave the host's own summary as it is.
+TEST_F(EntryTest, OtherFormsLeaveTheSummaryAlone) {
+    auto& summary = doc->GridInfo();
+    summary.AddColumn("Host's own", 1000);
+    summary.SetRows(2);
+    summary.SetTextMatrix(1, 0, "kept");
+    for (const auto& [docType, properties, subSeries] :
+         {std::tuple{"Sale", "*IForm*", ""}, {"Purchase", "", "Outside"}, {"Sale", "", ""}}) {
+        SelectSeries(docType, properties, subSeries);
+        Line(1, {{"COL_STK_CODE", "1"}, {"COL_CUSTOMER_ID", "SELF"}, {"COL_AMOUNT", "10,000.00"}});
+        doc->Raise([](DocumentEvents& e) { e.UpdateTotals2(); });
+        EXPECT_EQ(summary.Cols(), 1) << docType << properties << subSeries;
+        EXPECT_EQ(summary.TextMatrix(1, 0), "kept");
+    }
 }
 
 } // namespace
