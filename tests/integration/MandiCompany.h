@@ -60,10 +60,7 @@ protected:
     // The screen as a menu key of the module opens it.
     desk::DocumentScreen& OpenMenu(const std::string& key) {
         app.ClickMenu(key);
-        auto* screen = dynamic_cast<desk::DocumentScreen*>(app.OpenScreens().back().get());
-        if (!screen)
-            throw std::logic_error("the menu key " + key + " opened no document screen");
-        return *screen;
+        return dynamic_cast<desk::DocumentScreen&>(*app.OpenScreens().back());
     }
 
     // The market box: F2 lists the mandis, the user picks one.
