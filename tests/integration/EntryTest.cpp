@@ -16,6 +16,26 @@ protected:
         app.ShowForm(screen);
         return dynamic_cast<desk::DocumentScreen&>(*app.OpenScreens().back());
     }
+    // A series made as series `from` is (its columns, boxes and charges), but of its own type,
+    // tags, sub-series and voucher factor, opened on the screen.
+    desk::DocumentScreen& SeriesLike(int from, const std::string& type, const std::string& tags,
+                                     const std::string& subSeries, int voucherFactor = 0) {
+        const std::string id = std::to_string(++lastSeries);
+        Db().ExecuteSql("INSERT INTO DOCCONFIG (SERIESID, SERIESCODE, SERIESNAME, SUBSERIESNAME, "
+                        "DOCTYPE, DOCPROPERTIES, DOCVOUCHERFACTOR) VALUES (" +
+                        id + ", 'S" + id + "', 'Forms', " + SqlQuote(subSeries) + ", " +
+                        SqlQuote(type) + ", " + SqlQuote(tags) + ", " +
+                        std::to_string(voucherFactor) + ")");
+        for (const std::string table : {"DOCCOLUMNS", "DOCBOXES", "DOCCHARGES"})
+            for (const std::string& sql : {"CREATE TEMP TABLE COPIED AS SELECT * FROM " + table +
+                                               " WHERE SERIESID=" + std::to_string(from),
+                                           "UPDATE COPIED SET SERIESID=" + id,
+                                           "INSERT INTO " + table + " SELECT * FROM COPIED",
+                                           std::string("DROP TABLE COPIED")})
+                Db().ExecuteSql(sql);
+        return OpenSeries("S" + id);
+    }
+    int lastSeries = 10;
 };
 
 const Strings kBagColumns = {"NO_OF_BOXES",  "PCS",      "QUANTITY", "REV_BAGS2",
@@ -49,7 +69,8 @@ TEST_F(EntryTest, JFormLineKeepsItsBagsAndWeightTogether) {
     EXPECT_EQ(screen.Grid().Col(), screen.Member("COL_REV_BAGS2")) << "the cursor stays";
     screen.Grid().Type("52.5");
     EXPECT_TRUE(screen.Grid().Commit());
-    EXPECT_EQ(Cell(screen, 3, "REV_BAGS2"), "52.50");
+    EXPECT_EQ(Line(screen, 3, {"REV_BAGS2", "ADD_LESS_KGS"}), (Strings{"52.50", ""}))
+        << "fractional bags weighed leave the kilograms alone";
 
     // Counted exactly: 10 quintals fill 26 bags of 37.5 kg with 25 kg left; 9.20 quintals fill
     // 23 bags of 40 kg exactly, and 23 or 24 bags may be weighed.
@@ -60,6 +81,63 @@ TEST_F(EntryTest, JFormLineKeepsItsBagsAndWeightTogether) {
     EXPECT_EQ(Line(screen, 5, {"NO_OF_BOXES", "PCS", "ADD_LESS_KGS"}), (Strings{"23", "", ""}));
     EXPECT_EQ(Messages().size(), 1u);
     EXPECT_TRUE(Charges(screen)[0].starts_with("LABOUR 6.22 ")) << "paddy on later lines";
+}
+
+// The mode of a series follows its type, tags and sub-series in any letter case, the I-Form's tag
+// before the J-Form's, and the first line's item fills the charge rates of that mode (a key in
+// small letters only by a purchase); a sale of a "Local" sub-series is no local purchase.
+TEST_F(EntryTest, TheSeriesModeFollowsTypeTagsAndSubSeriesInAnyCase) {
+    Db().ExecuteSql("INSERT INTO DOCCHARGES (SERIESID, POSITION, CHARGEKEY, CAPTION, BASIS) VALUES "
+                    "(1, 2, 'labour', 'Labour', 'B'), (4, 2, 'labour', 'Labour', 'B'), "
+                    "(4, 3, 'DAMI', 'Dami', 'P'), (4, 4, 'MARKET_FEE', 'M. Fee', 'P'), "
+                    "(4, 5, 'FREIGHT', 'Freight', 'F')");
+    auto& both = SeriesLike(1, "Sale", "*jform**IFORM*", "");
+    ASSERT_TRUE(TypeLine(both, 1, JLine("wheat", "bansal traders", "50", "10.50", "2125")));
+    EXPECT_EQ(Charges(both), (Strings{"LABOUR 5.5 115.50", "labour  "})) << "I-Form's rates";
+    EXPECT_TRUE(Summary(both).empty());
+    auto& firstLineEmpty = SeriesLike(1, "J-Form", "*JForm*", "");
+    ASSERT_TRUE(TypeLine(firstLineEmpty, 1, {{"CUSTOMER_ID", "bansal traders"}}));
+    ASSERT_TRUE(TypeLine(firstLineEmpty, 1, JLine("wheat", "bansal traders", "50", "10.50")));
+    EXPECT_EQ(Charges(firstLineEmpty), (Strings{"LABOUR  ", "labour  "}))
+        << "a first line left without an item settles the rates";
+
+    const Cells wheat = {
+        {"PRODUCT_ID", "wheat"}, {"NO_OF_BOXES", "10"}, {"QUANTITY", "5"}, {"RATE", "2000"}};
+    auto& outside = SeriesLike(4, "purchase", "", "Outside");
+    ASSERT_TRUE(TypeLine(outside, 1, wheat));
+    EXPECT_EQ(Charges(outside), (Strings{"LABOUR 4 40.00", "labour 4 40.00", "DAMI 2 200.00",
+                                         "MARKET_FEE 2 200.00", "FREIGHT  "}));
+    EXPECT_TRUE(Summary(outside).empty());
+    auto& local = SeriesLike(3, "Purchase", "", "LOCAL Mandi");
+    ASSERT_TRUE(TypeLine(local, 1, wheat));
+    EXPECT_FALSE(Summary(local).empty());
+    auto& sale = SeriesLike(3, "Sale", "", "Local");
+    ASSERT_TRUE(TypeLine(sale, 1, wheat));
+    EXPECT_TRUE(Summary(sale).empty());
+}
+
+// An item whose accounts a series of the tag AutoPostingKivra (in that case) that posts a voucher
+// has not set up opens their set-up; once they are set up, it is not offered again.
+TEST_F(EntryTest, AnItemWithoutAccountsForTheSeriesOpensTheirSetUp) {
+    Strings opened;
+    auto record = [&](ui::Screen& screen) {
+        opened.push_back(screen.Name() + " " + screen.Get<ui::Label>("lblItem").Text());
+    };
+    frontend.QueueModal(record);
+    const Cells wheat = {{"PRODUCT_ID", "wheat"}, {"QUANTITY", "5"}, {"RATE", "2000"}};
+    EXPECT_TRUE(TypeLine(SeriesLike(4, "Purchase", "*autopostingkivra*", "Outside", -1), 1, wheat));
+    EXPECT_TRUE(TypeLine(SeriesLike(4, "Purchase", "*AutoPostingKivra*", "Outside", 0), 1, wheat));
+    EXPECT_TRUE(opened.empty());
+    auto& screen = SeriesLike(4, "Purchase", "*AutoPostingKivra*", "Outside", -1);
+    EXPECT_TRUE(TypeLine(screen, 1, wheat));
+    EXPECT_EQ(opened, Strings{"frmDocAutoPostingItem WHEAT"});
+
+    Db().ExecuteSql("INSERT INTO VATCATEGORYTAXRATES (SERIESID, VATCTGNO) VALUES (" +
+                    std::to_string(lastSeries) + ", 1)");
+    frontend.QueueModal(record);
+    EXPECT_TRUE(TypeLine(screen, 2, wheat));
+    EXPECT_EQ(opened.size(), 1u);
+    frontend.DropModals();
 }
 
 TEST_F(EntryTest, AnIFormSeriesWithoutAWeightOrRateColumnKeepsTheAmountItHas) {

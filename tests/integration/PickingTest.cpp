@@ -58,6 +58,7 @@ TEST_F(PickingTest, TheChosenBuyerGetsHisPendingLinesOfThatDayFromTheList) {
                                         "STITCHING 1.5 33.00", "DHARMADA 0.1 23.10"}))
         << "wheat's I-Form rates";
     EXPECT_NE(screen.Focused(), &screen.TxpCustomer()) << "the cursor moved on past the party";
+    EXPECT_TRUE(Summary(screen).empty()) << "an I-Form bears no levies";
     EXPECT_TRUE(Messages().empty()) << Messages().front();
 
     // With option 637 lines of different rates stay apart, in the list and on the form.

@@ -81,24 +81,31 @@ TEST_F(SaveTest, DoubtfulBagsAreAskedAboutBeforeTheFormIsSaved) {
     ASSERT_TRUE(TypeLine(screen, 2, JLine("wheat", "self", "50", "5")));
     ASSERT_TRUE(TypeLine(screen, 2, {{"ADD_LESS_KGS", "50"}, {"RATE", "2125"}}));
     ASSERT_EQ(Cell(screen, 2, "TOTAL_WT"), "5.50");
+    // 60 kg taken off 2.10 quintals, more than a bag, is never asked about.
+    ASSERT_TRUE(TypeLine(screen, 3, JLine("wheat", "self", "50", "2.10")));
+    ASSERT_TRUE(TypeLine(screen, 3, {{"ADD_LESS_KGS", "-60"}, {"RATE", "2125"}}));
 
+    // After a No the form number is still checked.
+    ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_NO"), ""));
     frontend.QueueAnswer(kAnswerYes);
     frontend.QueueAnswer(kAnswerNo);
     ASSERT_TRUE(Press(screen, ui::Key::F10));
     EXPECT_EQ(Messages(),
               (Strings{kFractionalBags,
-                       "Kgs more than Kg./Bag found at row no: 2. Do you want to continue?"}));
+                       "Kgs more than Kg./Bag found at row no: 2. Do you want to continue?",
+                       "Form no. not specified."}));
     EXPECT_TRUE(SavedForms().empty());
     EXPECT_EQ(Cell(screen, 2, "ADD_LESS_KGS"), "50.00") << "the form stays as typed";
 
     frontend.ClearTranscript();
+    ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_NO"), "12"));
     frontend.QueueAnswer(kAnswerYes);
     frontend.QueueAnswer(kAnswerYes);
     ASSERT_TRUE(Press(screen, ui::Key::F10));
     EXPECT_EQ(Messages().size(), 2u);
     EXPECT_EQ(SavedForms(), Strings{"1|JF|1|7|12|1"});
     EXPECT_EQ(Rows("SELECT REFNO, AddLessKgs, TOTALWT FROM DOCDATA ORDER BY REFNO"),
-              (Strings{"1|0|10.4", "2|50|5.5"}));
+              (Strings{"1|0|10.4", "2|50|5.5", "3|-60|1.5"}));
 }
 
 TEST_F(SaveTest, FiguresRefusedInTheirCellsKeepTheFormFromBeingSaved) {
@@ -250,6 +257,12 @@ TEST_F(SaveTest, AFormNumberIsUsedOnceInABookOfAMandi) {
     EXPECT_EQ(Messages(), Strings{"This form no. already exists"});
     EXPECT_EQ(screen.Focused(), &Box(screen, "FORM_NO"));
     EXPECT_EQ(SavedForms().size(), 1u);
+    // The book is asked for before the form number.
+    frontend.ClearTranscript();
+    ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_BOOK_NO"), ""));
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_EQ(Messages(), Strings{"Book no. not specified."});
+    EXPECT_EQ(screen.Focused(), &Box(screen, "FORM_BOOK_NO"));
 
     // Form 12 of another book, or of the same book at the other mandi, is another form.
     frontend.ClearTranscript();
@@ -260,6 +273,15 @@ TEST_F(SaveTest, AFormNumberIsUsedOnceInABookOfAMandi) {
     ASSERT_TRUE(Press(screen, ui::Key::F10));
     EXPECT_TRUE(Messages().empty()) << Messages().front();
     EXPECT_EQ(SavedForms(), (Strings{"1|JF|1|7|12|1", "2|JF|2|8|12|1", "3|JF|3|7|12|2"}));
+
+    // A firm of one mandi has one form 12 in a book (its series read with that option).
+    app.DeskSession().SetOption(676, "No");
+    auto& oneMandi = OpenMenu("JForms");
+    TypeHeader(oneMandi, "15/04/2024", "harpal singh", "DORAHA", "8", "12");
+    ASSERT_TRUE(TypeLine(oneMandi, 1, JLine("paddy", "self", "50", "10", "2203")));
+    ASSERT_TRUE(Press(oneMandi, ui::Key::F10));
+    EXPECT_EQ(Messages(), Strings{"This form no. already exists"});
+    app.DeskSession().SetOption(676, "Yes");
 }
 
 // A local purchase's other charges go to the heads of its item's category (labour to "LABOUR :
