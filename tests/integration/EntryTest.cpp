@@ -17,9 +17,11 @@ protected:
         return dynamic_cast<desk::DocumentScreen&>(*app.OpenScreens().back());
     }
     // A series made as series `from` is (its columns, boxes and charges), but of its own type,
-    // tags, sub-series and voucher factor, opened on the screen.
+    // tags, sub-series and voucher factor, its columns changed (statements on DOCCOLUMNS whose
+    // condition the series ends), opened on the screen.
     desk::DocumentScreen& SeriesLike(int from, const std::string& type, const std::string& tags,
-                                     const std::string& subSeries, int voucherFactor = 0) {
+                                     const std::string& subSeries, int voucherFactor = 0,
+                                     const Strings& columnChanges = {}) {
         const std::string id = std::to_string(++lastSeries);
         Db().ExecuteSql("INSERT INTO DOCCONFIG (SERIESID, SERIESCODE, SERIESNAME, SUBSERIESNAME, "
                         "DOCTYPE, DOCPROPERTIES, DOCVOUCHERFACTOR) VALUES (" +
@@ -33,6 +35,8 @@ protected:
                                            "INSERT INTO " + table + " SELECT * FROM COPIED",
                                            std::string("DROP TABLE COPIED")})
                 Db().ExecuteSql(sql);
+        for (const std::string& change : columnChanges)
+            Db().ExecuteSql(change + " AND SERIESID=" + id);
         return OpenSeries("S" + id);
     }
     int lastSeries = 10;
@@ -141,37 +145,21 @@ TEST_F(EntryTest, AnItemWithoutAccountsForTheSeriesOpensTheirSetUp) {
 }
 
 TEST_F(EntryTest, AnIFormSeriesWithoutAWeightOrRateColumnKeepsTheAmountItHas) {
-    for (const char* sql : {
-             "INSERT INTO DOCCONFIG (SERIESID, SERIESCODE, SERIESNAME, SUBSERIESNAME, DOCTYPE, "
-             "DOCPROPERTIES) VALUES (5, 'IFQ', 'I-Forms', 'By Quantity', 'I-Form', '*IForm*'), "
-             "(6, 'IFA', 'I-Forms', 'Amount Typed', 'I-Form', '*IForm*')",
-             "INSERT INTO DOCCOLUMNS (SERIESID, POSITION, COLKEY, CAPTION, FORMAT, EDITABLE) "
-             "VALUES (5, 1, 'PRODUCT_ID', 'Item', '', 1), (5, 2, 'QTY_PER_BOX', 'Kg./Bag', "
-             "'n2', 1), (5, 3, 'QUANTITY', 'Qty', 'n2', 1), (5, 4, 'ADD_LESS_KGS', "
-             "'Add/Less', 'n2', 1), (5, 5, 'REV_BAGS', 'Rev. Bags', 'n2', 0), "
-             "(5, 6, 'RATE', 'Rate', 'n2', 1), (5, 7, 'AMOUNT', 'Amount', '', 0), "
-             "(6, 1, 'PRODUCT_ID', 'Item', '', 1), (6, 2, 'QTY_PER_BOX', 'Kg./Bag', 'n2', 1), "
-             "(6, 3, 'QUANTITY', 'Qty', 'n2', 1), (6, 4, 'ADD_LESS_KGS', 'Add/Less', 'n2', 1), "
-             "(6, 5, 'TOTAL_WT', 'Total Wt.', 'n2', 0), (6, 6, 'AMOUNT', 'Amount', '', 1)"})
-        Db().ExecuteSql(sql);
+    const Cells line = {
+        {"PRODUCT_ID", "wheat"}, {"QTY_PER_BOX", "50"}, {"QUANTITY", "10"}, {"ADD_LESS_KGS", "20"}};
     // Without a total weight the line is valued as the host values any line.
-    auto& byQuantity = OpenSeries("IFQ");
-    ASSERT_TRUE(TypeLine(byQuantity, 1,
-                         {{"PRODUCT_ID", "wheat"},
-                          {"QTY_PER_BOX", "50"},
-                          {"QUANTITY", "10"},
-                          {"ADD_LESS_KGS", "20"},
-                          {"RATE", "2000"}}));
-    EXPECT_EQ(Line(byQuantity, 1, {"REV_BAGS", "AMOUNT"}), (Strings{"", "20,000.00"}));
+    auto& byQuantity = SeriesLike(2, "I-Form", "*IForm*", "", 0,
+                                  {"DELETE FROM DOCCOLUMNS WHERE COLKEY='TOTAL_WT'"});
+    ASSERT_TRUE(TypeLine(byQuantity, 1, line));
+    ASSERT_TRUE(TypeLine(byQuantity, 1, {{"RATE", "2000"}}));
+    EXPECT_EQ(Cell(byQuantity, 1, "AMOUNT"), "20,000.00");
 
     // Without a rate the amount is the one typed.
-    auto& typed = OpenSeries("IFA");
-    ASSERT_TRUE(TypeLine(typed, 1,
-                         {{"PRODUCT_ID", "wheat"},
-                          {"QTY_PER_BOX", "50"},
-                          {"QUANTITY", "10"},
-                          {"ADD_LESS_KGS", "20"},
-                          {"AMOUNT", "20400"}}));
+    auto& typed = SeriesLike(2, "I-Form", "*IForm*", "", 0,
+                             {"DELETE FROM DOCCOLUMNS WHERE COLKEY='RATE'",
+                              "UPDATE DOCCOLUMNS SET EDITABLE=1 WHERE COLKEY='AMOUNT'"});
+    ASSERT_TRUE(TypeLine(typed, 1, line));
+    ASSERT_TRUE(TypeLine(typed, 1, {{"AMOUNT", "20400"}}));
     EXPECT_EQ(Line(typed, 1, {"TOTAL_WT", "AMOUNT"}), (Strings{"10.20", "20,400.00"}));
 }
 

@@ -243,16 +243,9 @@ private:
         "(1, 13, 'STK_CODE', 'Code', 0, '', 0, '')",
         // I-Form: the buyer's goods, valued on their weight.
         "INSERT INTO DOCCOLUMNS (SERIESID, POSITION, COLKEY, CAPTION, WIDTH, FORMAT, EDITABLE, "
-        "FIELD) VALUES "
-        "(2, 1, 'PRODUCT_ID', 'Item', 1800, '', 1, ''), "
-        "(2, 2, 'NO_OF_BOXES', 'Bags', 700, '', 1, ''), "
-        "(2, 3, 'QTY_PER_BOX', 'Kg./Bag', 700, 'n2', 1, ''), "
-        "(2, 4, 'PCS', 'Loose Kgs', 700, '', 1, ''), "
-        "(2, 5, 'QUANTITY', 'Qty (Qtl.)', 900, 'n2', 1, ''), "
-        "(2, 6, 'ADD_LESS_KGS', 'Add/Less Kgs', 900, 'n2', 1, 'AddLessKgs'), "
-        "(2, 7, 'TOTAL_WT', 'Total Wt.', 900, 'n2', 0, ''), "
-        "(2, 8, 'RATE', 'Rate', 900, 'n2', 1, ''), "
-        "(2, 9, 'AMOUNT', 'Amount', 1200, '', 0, '')",
+        "FIELD) SELECT 2, POSITION, COLKEY, CAPTION, WIDTH, FORMAT, EDITABLE, FIELD FROM "
+        "DOCCOLUMNS WHERE SERIESID=1 AND COLKEY NOT IN ('CUSTOMER_ID', 'REV_BAGS2', 'REV_BAGS', "
+        "'STK_CODE')",
         "INSERT INTO DOCCOLUMNS (SERIESID, POSITION, COLKEY, CAPTION, WIDTH, FORMAT, EDITABLE, "
         "FIELD) VALUES "
         "(3, 1, 'PRODUCT_ID', 'Item', 1800, '', 1, ''), (3, 2, 'NO_OF_BOXES', 'Bags', 700, '', 1, "
