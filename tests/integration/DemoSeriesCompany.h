@@ -74,11 +74,6 @@ protected:
             .Post(*Date::ParseIso(isoDay));
         EXPECT_EQ(posted, Rows(rows)) << isoDay;
     }
-    // Vouchers whose rows do not add up to 0.
-    Strings Unbalanced() {
-        return Rows("SELECT VOUCHERID, SUM(DAMT) FROM FADATA GROUP BY VOUCHERID HAVING "
-                    "ABS(SUM(DAMT))>=0.00005");
-    }
 
     // An I-Form line: the item, bags of kg, quintals, kilograms more (or less) the buyer's
     // weighing found, and the rate.
