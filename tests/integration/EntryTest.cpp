@@ -89,7 +89,8 @@ TEST_F(EntryTest, JFormLineKeepsItsBagsAndWeightTogether) {
 
 // The mode of a series follows its type, tags and sub-series in any letter case, the I-Form's tag
 // before the J-Form's, and the first line's item fills the charge rates of that mode (a key in
-// small letters only by a purchase); a sale of a "Local" sub-series is no local purchase.
+// small letters only by a purchase); an outside purchase and a sale of a "Local" sub-series
+// bear no levies.
 TEST_F(EntryTest, TheSeriesModeFollowsTypeTagsAndSubSeriesInAnyCase) {
     Db().ExecuteSql("INSERT INTO DOCCHARGES (SERIESID, POSITION, CHARGEKEY, CAPTION, BASIS) VALUES "
                     "(1, 2, 'labour', 'Labour', 'B'), (4, 2, 'labour', 'Labour', 'B'), "
@@ -203,12 +204,7 @@ TEST_F(EntryTest, TheLeviesOfTheAgentsOwnPurchasesShowUntilGst) {
     ASSERT_TRUE(TypeBox(local, local.TxpDocDate(), "30/06/2017"));
     EXPECT_EQ(Summary(local), beforeGst);
 
-    // An outside purchase bears no mandi levies.
-    auto& outside = OpenMenu("PurchaseOut");
-    ASSERT_TRUE(TypeBox(outside, outside.TxpDocDate(), "30/06/2017"));
-    ASSERT_TRUE(
-        TypeLine(outside, 1, {{"PRODUCT_ID", "wheat"}, {"QUANTITY", "5"}, {"RATE", "2000"}}));
-    EXPECT_TRUE(Summary(outside).empty());
+    // An outside purchase bears none (TheSeriesModeFollowsTypeTagsAndSubSeriesInAnyCase).
     EXPECT_TRUE(Messages().empty()) << Messages().front();
 }
 

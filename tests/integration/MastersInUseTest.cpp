@@ -22,25 +22,23 @@ protected:
     // F3 on every stored record of the master, each question answered Yes: the refusals.
     Strings DeleteEverything(const std::string& key, const std::string& nameField) {
         app.ClickMenu(key);
-        auto* master = dynamic_cast<desk::TableMaster*>(app.OpenScreens().back().get());
-        if (!master)
-            throw std::logic_error(key + " opened no master");
-        auto& grid = master->Get<ui::Grid>("Grid");
-        const int nameCol = master->ColumnOf(nameField);
+        auto& master = dynamic_cast<desk::TableMaster&>(*app.OpenScreens().back());
+        auto& grid = master.Get<ui::Grid>("Grid");
+        const int nameCol = master.ColumnOf(nameField);
         frontend.SetDefaultAnswer(kAnswerYes);
         Strings refusals;
         for (int row = 1; row < grid.Rows() - 1;) {
             const std::string name = grid.TextMatrix(row, nameCol);
             frontend.ClearTranscript();
             EXPECT_TRUE(grid.MoveTo(row, nameCol));
-            master->KeyDown({ui::Key::F3});
+            master.KeyDown({ui::Key::F3});
             if (grid.TextMatrix(row, nameCol) != name)
                 continue; // deleted: the next record has moved up
             EXPECT_EQ(frontend.Transcript().size(), 1u) << name;
             refusals.push_back(Messages().back());
             ++row;
         }
-        EXPECT_TRUE(app.CloseScreen(*master));
+        EXPECT_TRUE(app.CloseScreen(master));
         return refusals;
     }
 };
