@@ -59,6 +59,9 @@ TEST_F(SaveTest, AJFormIsSavedOpenedAsSavedSavedAgainOverItselfAndDeletedWhole) 
 
     // Deleted when the user says so, it leaves nothing behind, and its form number is free.
     screen.OpenDocument(1);
+    frontend.QueueAnswer(kAnswerNo);
+    ASSERT_TRUE(Press(screen, ui::Key::F3));
+    EXPECT_EQ(SavedForms().size(), 1u);
     frontend.QueueAnswer(kAnswerYes);
     ASSERT_TRUE(Press(screen, ui::Key::F3));
     for (const char* table : {"DOCMAIN", "DOCDATA", "DOCCHARGEDATA"})
