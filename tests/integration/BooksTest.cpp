@@ -302,7 +302,20 @@ const Strings kLocalPurchase41 = {"HARPAL SINGH|-10000|Purchase vide Form No. 41
                                   "PURCHASE TAX : MAIZE|416.12|Purchase vide Form No. 41",
                                   "PURCHASE TAX PAYABLE|-416.12|Purchase vide Form No. 41"};
 
-// `qx enter` types a file of forms through the entry screen: the local purchase, J-Form 101, and
+TEST_F(BooksTest, ALocalPurchasePostsItsLeviesInPairs) {
+    auto& screen = OpenMenu("PurchaseLocal");
+    ASSERT_TRUE(TypeBox(screen, screen.TxpDocDate(), "31/03/2017"));
+    ASSERT_TRUE(TypeBox(screen, screen.TxpCustomer(), "harpal singh"));
+    ChooseMarket(screen, "KHANNA");
+    ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_NO"), "41"));
+    ASSERT_TRUE(TypeLine(screen, 1, {{"PRODUCT_ID", "maize"}, {"QTY_PER_BOX", "50"},
+                                     {"QUANTITY", "5"}, {"RATE", "2000"}}));
+    ASSERT_TRUE(Press(screen, ui::Key::F10));
+    EXPECT_TRUE(Messages().empty()) << Messages().front();
+    EXPECT_EQ(Ledger("D.DTRNTYPE='PUR'"), kLocalPurchase41);
+}
+
+// The same figures from a file: `qx enter` types a file of forms through the entry screen: the local purchase, J-Form 101, and
 // Pungrain's I-Form picked from the list of pending J-Forms post the figures above.
 TEST_F(BooksTest, AFileOfFormsPostsTheLocalPurchasesLeviesInPairsAndTheDaysVoucher) {
     const std::filesystem::path file = folder.Path() / "forms.json";
