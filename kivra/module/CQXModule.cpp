@@ -8,6 +8,7 @@
 #include "kivra/documents/DailyVoucher.h"
 #include "kivra/masters/frmKivraRates.h"
 #include "kivra/masters/frmMarketMaster.h"
+#include "kivra/reports/frmDailySummary.h"
 
 #include "host/Text.h"
 
@@ -65,8 +66,9 @@ std::shared_ptr<qx::ui::Screen> CreateScreenForKey(ModuleContext& context, const
     }
     if (key == "Kivra") return std::make_shared<frmKivraMain>(context);
     if (key == "MarketMaster") return std::make_shared<frmMarketMaster>(context);
-    // The registers and returns ("KvStkRegister", "KvDailyReturn", "KvFormM",
-    // "KvDailySummary") come with the reports; until then the host handles those keys.
+    if (key == "KvDailySummary") return std::make_shared<frmDailySummary>(context);
+    // The other registers and returns ("KvStkRegister", "KvDailyReturn", "KvFormM") come
+    // with their screens; until then the host handles those keys.
     return nullptr;
 }
 
@@ -153,8 +155,15 @@ qx::Value CQXModule::Invoke(std::string_view operation, std::span<qx::Value> arg
 
 void CQXModule::CustomEvent(const std::string& name, qx::EventArgs& args) {
     if (name == "EditVch") {
-        // The daily consolidated voucher ("IJF") opens in the daily I/J-Form summary, which
-        // comes with the reports; until then the host opens its own voucher editor.
+        // The day's consolidated voucher is made from the day's forms: it is edited by way of
+        // them, from the daily summary of its day.
+        if (args.Parameters.GetValue("TrnType").AsText() != "IJF") return;
+        auto summary = std::make_shared<frmDailySummary>(*context_);
+        const qx::Value day = args.Parameters.GetValue("VchDate");
+        summary->Properties().SetValue("FromDate", day);
+        summary->Properties().SetValue("ToDate", day);
+        context_->Show(summary);
+        args.Handled = true;
         return;
     }
     if (name == "MiscMenuItems") {

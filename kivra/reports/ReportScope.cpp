@@ -1,0 +1,54 @@
+#include "ReportScope.h"
+
+#include <ctime>
+
+namespace kivra {
+namespace {
+
+qx::Date Today() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    return qx::Date::FromYmd(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
+}
+
+} // namespace
+
+std::string ReportScope::DateHeading() const {
+    if (from == to) return "Date: " + from.Format("dd/MM/yyyy (dddd)");
+    return from.ToDisplay() + " to " + to.ToDisplay();
+}
+
+std::string ReportScope::Heading() const {
+    if (marketId <= 0) return DateHeading();
+    return DateHeading() + "    Market: " + marketName;
+}
+
+std::string ReportScope::Condition(ModuleContext& context) const {
+    // A cancelled form is kept for the record only: its lines move nothing, and the day's
+    // voucher leaves it out as well.
+    std::string condition = "b.DocDate between " + context.Util().SqlDate(from, to) +
+                            " and (b.Cancelled=0 or b.Cancelled is null)";
+    if (marketId > 0) condition += " and b.MarketID=" + std::to_string(marketId);
+    return condition;
+}
+
+ReportScope ReportScope::FromProperties(const qx::PropertyBag& properties) {
+    ReportScope scope;
+    const qx::Value from = properties.GetValue("FromDate");
+    const qx::Value to = properties.GetValue("ToDate");
+    scope.from = from.IsNull() ? Today() : from.AsDate();
+    scope.to = to.IsNull() ? scope.from : to.AsDate();
+    scope.marketId = properties.GetValue("MarketID").AsInt();
+    scope.marketName = properties.GetValue("MarketName").AsText();
+    return scope;
+}
+
+void ReportScope::ToProperties(qx::PropertyBag& properties) const {
+    properties.SetValue("FromDate", from);
+    properties.SetValue("ToDate", to);
+    properties.SetValue("MarketID", marketId);
+    properties.SetValue("MarketName", marketName);
+}
+
+} // namespace kivra
