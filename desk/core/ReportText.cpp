@@ -6,10 +6,7 @@
 #include <sstream>
 
 namespace qx::desk {
-namespace {
 
-// Columns a text takes on a terminal: combining signs (the vowel signs of Gurmukhi and
-// Devanagari) take none.
 std::size_t DisplayWidth(std::string_view text) {
     std::size_t width = 0;
     auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
@@ -27,6 +24,8 @@ std::size_t DisplayWidth(std::string_view text) {
     }
     return width;
 }
+
+namespace {
 
 std::string Pad(std::string_view text, std::size_t width, Align align) {
     auto shown = DisplayWidth(text);

@@ -1,7 +1,9 @@
 #include "PrintRenderer.h"
 
 #include "CellAlignment.h"
+#include "desk/core/FileReplace.h"
 
+#include <QBuffer>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPagedPaintDevice>
@@ -293,13 +295,22 @@ void Render(const PrintJob& job, QPagedPaintDevice& device) {
     PaintOn(job, device, "The report cannot be printed: the printer is not available.");
 }
 
-void WritePdf(const PrintJob& job, const std::string& path) {
+std::string PdfBytes(const PrintJob& job) {
     EnsureGuiApplication();
-    QPdfWriter writer(Text(path));
-    writer.setTitle(Text(job.title));
-    writer.setCreator(QStringLiteral("QX Desk"));
-    SetUpPage(job, writer);
-    PaintOn(job, writer, "Cannot write the PDF file " + path);
+    QBuffer pdf;
+    pdf.open(QIODevice::WriteOnly);
+    {
+        QPdfWriter writer(&pdf);
+        writer.setTitle(Text(job.title));
+        writer.setCreator(QStringLiteral("QX Desk"));
+        SetUpPage(job, writer);
+        PaintOn(job, writer, "The PDF of " + job.title + " cannot be made.");
+    } // the writer finishes the file as it goes
+    return pdf.data().toStdString();
+}
+
+void WritePdf(const PrintJob& job, const std::string& path) {
+    desk::ReplaceFile(path, PdfBytes(job));
 }
 
 } // namespace qx::print

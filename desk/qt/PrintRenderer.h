@@ -16,7 +16,9 @@ void SetUpPage(const PrintJob& job, QPagedPaintDevice& device);
 // Paints the job onto the device's pages as they are set up (by SetUpPage, or by the user in
 // a print dialog). Throws std::runtime_error when the device cannot be painted on.
 void Render(const PrintJob& job, QPagedPaintDevice& device);
-// Writes the job as a PDF file; works in a program without windows, such as `qx`.
+// The job as a PDF file's content; works in a program without windows, such as `qx`.
+std::string PdfBytes(const PrintJob& job);
+// Writes the job as a PDF file, whole or not at all (desk::ReplaceFile says why not).
 void WritePdf(const PrintJob& job, const std::string& path);
 
 } // namespace qx::print
