@@ -45,6 +45,12 @@ void ListOutputFilesByName(QPrintDialog& dialog) {
 
 } // namespace
 
+const PreviewDialog::SaveKind PreviewDialog::kSaveKinds[3] = {
+    {ReportFormat::Pdf, "Save as P&DF...", "Save as PDF", ".pdf", "PDF files (*.pdf)"},
+    {ReportFormat::Csv, "Save as &CSV...", "Save as CSV", ".csv", "CSV files (*.csv)"},
+    {ReportFormat::Xlsx, "Save as &Excel...", "Save as Excel", ".xlsx", "Excel workbooks (*.xlsx)"},
+};
+
 PreviewDialog::PreviewDialog(PrintJob job, QWidget* parent)
     : QDialog(parent), job_(std::move(job)), printer_(QPrinter::HighResolution) {
     setWindowTitle(QStringLiteral("Print Preview - %1").arg(QString::fromStdString(job_.title)));
@@ -65,10 +71,12 @@ PreviewDialog::PreviewDialog(PrintJob job, QWidget* parent)
         connect(button, &QPushButton::clicked, this, action);
         buttons->addWidget(button);
     };
-    addButton(QStringLiteral("Print..."), [this] { PrintWithDialog(job_, this); });
-    addButton(QStringLiteral("Save PDF..."), [this] { SavePdf(); });
-    addButton(QStringLiteral("Zoom In"), [this] { preview_->zoomIn(); });
-    addButton(QStringLiteral("Zoom Out"), [this] { preview_->zoomOut(); });
+    // Each button has its Alt key; Tab reaches them all.
+    addButton(QStringLiteral("&Print..."), [this] { PrintWithDialog(job_, this); });
+    for (const auto& kind : kSaveKinds)
+        addButton(QString::fromUtf8(kind.caption), [this, &kind] { Save(kind); });
+    addButton(QStringLiteral("Zoom &In"), [this] { preview_->zoomIn(); });
+    addButton(QStringLiteral("Zoom &Out"), [this] { preview_->zoomOut(); });
     buttons->addStretch();
     addButton(QStringLiteral("Close"), [this] { accept(); });
 
@@ -80,15 +88,15 @@ PreviewDialog::PreviewDialog(PrintJob job, QWidget* parent)
 
 int PreviewDialog::PageCount() const { return preview_->pageCount(); }
 
-void PreviewDialog::SavePdf() {
+void PreviewDialog::Save(const SaveKind& kind) {
     const QString suggested = QString::fromStdString(job_.title.empty() ? "report" : job_.title);
-    const FileQuestion question{FileQuestion::Kind::Save, QStringLiteral("Save PDF"),
-                                suggested + QStringLiteral(".pdf"),
-                                QStringLiteral("PDF files (*.pdf)")};
+    const FileQuestion question{FileQuestion::Kind::Save, QString::fromUtf8(kind.title),
+                                suggested + QString::fromUtf8(kind.extension),
+                                QString::fromUtf8(kind.filter)};
     const QString path = AskFileName(this, question);
     if (path.isEmpty()) return;
     try {
-        print::WritePdf(job_, path.toStdString());
+        SaveReport(job_, kind.format, path.toStdString());
     } catch (const std::exception& error) {
         ShowFailure(this, error);
     }

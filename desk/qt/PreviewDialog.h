@@ -1,6 +1,8 @@
 #pragma once
-// The print preview of a job, with Print and "Save PDF..." buttons.
+// The print preview of a job, with buttons to print it and to save it as PDF, CSV or an Excel
+// workbook.
 
+#include "desk/core/ReportFile.h"
 #include "host/PrintJob.h"
 
 #include <QDialog>
@@ -17,7 +19,15 @@ public:
     int PageCount() const;
 
 private:
-    void SavePdf();
+    struct SaveKind {
+        ReportFormat format;
+        const char* caption; // the button's
+        const char* title;   // the file dialog's
+        const char* extension;
+        const char* filter;
+    };
+    static const SaveKind kSaveKinds[3];
+    void Save(const SaveKind& kind);
 
     PrintJob job_;
     QPrinter printer_;

@@ -1,6 +1,7 @@
 // Reports saved to files: the workbook read back from its zip, and files that cannot be
 // written said plainly with nothing half-written left behind.
 #include "desk/core/ReportFile.h"
+#include "desk/qt/QtTestSupport.h"
 #include "host/Date.h"
 #include "support/ChildProcess.h"
 #include "support/TempFolder.h"
@@ -128,8 +129,7 @@ private:
 } // namespace
 
 TEST(ReportFile, WorkbookHoldsFiguresAsNumbersAndDaysAsDatesLaidOutAsOnPaper) {
-    test::TempFolder dir;
-    const fs::path path = dir.Path() / "summary.xlsx";
+    const fs::path path = test::OutputFolder() / "summary.xlsx"; // kept for a person to open
     desk::SaveReport(Summary(), desk::ReportFormat::Xlsx, path);
     const Workbook book(path);
 
@@ -187,6 +187,15 @@ TEST(ReportFile, EachKindIsWrittenWholeOrNotAtAll) {
         EXPECT_EQ(test::FileBytes(path).substr(0, start.size()), start) << name;
     }
     EXPECT_FALSE(desk::ReportFormatNamed("doc"));
+    // `qx` makes PDF with the Qt renderer on the offscreen platform; without Qt it says so.
+    const fs::path pdf = dir.Path() / "summary.pdf";
+#ifdef QX_WITH_PDF
+    desk::SaveReport(job, desk::ReportFormat::Pdf, pdf);
+    EXPECT_EQ(test::FileBytes(pdf).substr(0, 5), "%PDF-");
+#else
+    EXPECT_THROW(desk::SaveReport(job, desk::ReportFormat::Pdf, pdf), std::runtime_error);
+    EXPECT_FALSE(fs::exists(pdf));
+#endif
 
     const fs::path missing = dir.Path() / "no-such-folder" / "summary.csv";
     try {

@@ -1,4 +1,4 @@
-// A desk on a company, driven for CompanyLocksTest: its print dialog and its "Save PDF..."
+// A desk on a company, driven for CompanyLocksTest: its print dialog and its "Save as PDF..."
 // dialog are worked in the company's own folder as a user works them, with paths typed and
 // the folder browsed. Another program then opens and closes the company; the desk saves a
 // J-Form, says "saved", and is killed, as by a power cut: nothing of its own runs after.
@@ -95,13 +95,13 @@ void PrintInTheFolder(QWidget& parent, const QString& folder, const PrintJob& jo
     desk::PrintWithDialog(job, &parent);
 }
 
-// The preview's "Save PDF...", its file in the company's folder.
+// The preview's "Save as PDF...", its file in the company's folder.
 void SavePdfInTheFolder(QWidget& parent, const QString& folder, const PrintJob& job) {
     desk::PreviewDialog preview(job, &parent);
     preview.show();
     QPushButton* save = nullptr;
     for (auto* button : preview.findChildren<QPushButton*>())
-        if (button->text() == "Save PDF...")
+        if (button->text() == "Save as P&DF...")
             save = button;
     test::WhenOpens<QFileDialog>(
         [folder](QFileDialog& dialog) { BrowseTheFolder(dialog, folder, "saved.pdf"); });

@@ -14,6 +14,10 @@
 #include "support/Desk.h"
 #include "support/DocumentTyping.h"
 
+#include <gmock/gmock.h>
+
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QMenuBar>
@@ -193,6 +197,48 @@ TEST_F(QtDesk, PreviewShowsEveryPageOfTheJob) {
     EXPECT_GE(preview.PageCount(), 2);
     EXPECT_EQ(preview.PageCount(), test::PdfPages(pdf)) << "preview and PDF are laid out alike";
     EXPECT_TRUE(Shoot(preview, "preview.png"));
+}
+
+// The preview saves from the keyboard (Alt and the underlined letter) through the desk's file
+// dialog; a file that cannot be written is said, and the preview stays.
+TEST_F(QtDesk, PreviewSavesAsExcelAndCsvFromTheKeyboard) {
+    PrintJob job;
+    job.title = "Stock Register";
+    job.columns = {{"Date", 1200}, {"Receipt", 1200, Align::Right}};
+    job.rows.push_back({{"15/04/2024", "1,00,000.00"}, ""});
+    namespace fs = std::filesystem;
+    test::TempFolder dir;
+    desk::PreviewDialog preview(job);
+    preview.show();
+    // Alt and a letter click the button a moment later, as a click shows.
+    auto saveWith = [&](Qt::Key key, const fs::path& path) {
+        auto suggested = std::make_shared<QString>();
+        test::WhenOpens<QFileDialog>([suggested, path](QFileDialog& dialog) {
+            *suggested = QFileInfo(dialog.selectedFiles().value(0)).fileName();
+            dialog.selectFile(QString::fromStdString(path.string()));
+            static_cast<QDialog&>(dialog).accept();
+        });
+        preview.activateWindow(); // back from the last file dialog
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&preview));
+        QTest::keyClick(&preview, key, Qt::AltModifier);
+        for (int wait = 0; wait < 500 && suggested->isEmpty(); ++wait) QTest::qWait(10);
+        return *suggested;
+    };
+    EXPECT_EQ(saveWith(Qt::Key_E, dir.Path() / "stock.xlsx"), "Stock Register.xlsx");
+    EXPECT_EQ(test::FileBytes(dir.Path() / "stock.xlsx").substr(0, 2), "PK");
+    EXPECT_EQ(saveWith(Qt::Key_C, dir.Path() / "stock.csv"), "Stock Register.csv");
+    EXPECT_EQ(test::FileBytes(dir.Path() / "stock.csv"), "Date,Receipt\n15/04/2024,\"1,00,000.00\"\n");
+
+    QString said;
+    test::WhenOpens<QMessageBox>([&](QMessageBox& box) {
+        said = box.text();
+        box.accept();
+    });
+    saveWith(Qt::Key_D, dir.Path() / "gone" / "stock.pdf");
+    // (The file dialog takes a path into a missing folder as under the working folder.)
+    EXPECT_THAT(said.toStdString(), testing::MatchesRegex(".*/gone/stock.pdf cannot be written: "
+                                                          "the folder .*/gone does not exist."));
+    EXPECT_TRUE(preview.isVisible());
 }
 
 // A mandi firm's desk: the module's row of buttons, its market master, its own menu (a digit
