@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -45,10 +46,13 @@ fs::path FolderOf(const fs::path& path) {
     }
 }
 
-// What a new file of this user gets: read and write as the umask allows.
+// What a new file of this user gets: read and write as the umask allows. The umask is read,
+// not set and set back, since another thread may make a file meanwhile.
 mode_t NewFileMode() {
-    const mode_t mask = umask(0);
-    umask(mask);
+    std::ifstream status("/proc/self/status");
+    mode_t mask = 022;
+    for (std::string line; std::getline(status, line);)
+        if (line.rfind("Umask:", 0) == 0) mask = static_cast<mode_t>(std::stoul(line.substr(6), nullptr, 8));
     return 0666 & ~mask;
 }
 
