@@ -9,6 +9,8 @@
 #include "kivra/masters/frmKivraRates.h"
 #include "kivra/masters/frmMarketMaster.h"
 #include "kivra/reports/frmDailySummary.h"
+#include "kivra/reports/frmFormM.h"
+#include "kivra/reports/frmStockRegister.h"
 
 #include "host/Text.h"
 
@@ -67,8 +69,12 @@ std::shared_ptr<qx::ui::Screen> CreateScreenForKey(ModuleContext& context, const
     if (key == "Kivra") return std::make_shared<frmKivraMain>(context);
     if (key == "MarketMaster") return std::make_shared<frmMarketMaster>(context);
     if (key == "KvDailySummary") return std::make_shared<frmDailySummary>(context);
-    // The other registers and returns ("KvStkRegister", "KvDailyReturn", "KvFormM") come
-    // with their screens; until then the host handles those keys.
+    if (key == "KvStkRegister") return std::make_shared<frmStockRegister>(context);
+    if (key == "KvFormM" || key == "KvDailyReturn") {
+        auto formM = std::make_shared<frmFormM>(context);
+        if (key == "KvDailyReturn") formM->Properties().SetValue("DailyReport", true);
+        return formM;
+    }
     return nullptr;
 }
 

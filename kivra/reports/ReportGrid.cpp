@@ -17,7 +17,8 @@ void ShowJob(qx::ui::Grid& grid, const qx::PrintJob& job) {
             grid.SetTextMatrix(row, static_cast<int>(c), printed.cells[c]);
         grid.SetRowMarks(row, printed.marks);
     }
-    grid.SetCurrent(1, 0);
+    // A period without forms shows an empty grid.
+    if (!job.rows.empty()) grid.SetCurrent(1, 0);
     grid.SetRedraw(true);
 }
 

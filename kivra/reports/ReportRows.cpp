@@ -1,6 +1,13 @@
 #include "ReportRows.h"
 
 namespace kivra {
+namespace {
+
+bool Totalled(Figure figure) {
+    return figure == Figure::Count || figure == Figure::Quantity || figure == Figure::Money;
+}
+
+} // namespace
 
 ReportRows::ReportRows(qx::PrintJob& job, const std::vector<ReportColumn>& columns) : job_(job) {
     for (const ReportColumn& column : columns) {
@@ -14,11 +21,13 @@ ReportRows::ReportRows(qx::PrintJob& job, const std::vector<ReportColumn>& colum
 }
 
 std::string ReportRows::Shown(int col, qx::Amount value) const {
-    if (value.IsZero()) return {};
-    switch (figures_[static_cast<std::size_t>(col)]) {
+    const Figure figure = figures_[static_cast<std::size_t>(col)];
+    if (value.IsZero() && figure != Figure::Balance) return {};
+    switch (figure) {
     case Figure::Count:
         return qx::FormatAmount(value, value.IsWhole() ? "n0" : "n2");
     case Figure::Quantity:
+    case Figure::Balance:
         return qx::FormatAmount(value, "n2");
     default:
         return qx::FormatAmount(value, "c2");
@@ -33,7 +42,7 @@ ReportRows& ReportRows::Text(int col, std::string text) {
 ReportRows& ReportRows::Number(int col, qx::Amount value, std::optional<qx::Amount> counted) {
     const auto c = static_cast<std::size_t>(col);
     line_[c] = Shown(col, value);
-    if (figures_[c] != Figure::Rate && figures_[c] != Figure::Text) lineCounts_[c] += counted.value_or(value);
+    if (Totalled(figures_[c])) lineCounts_[c] += counted.value_or(value);
     return *this;
 }
 
@@ -52,13 +61,14 @@ void ReportRows::Heading(const std::string& text, const std::string& marks) {
 void ReportRows::Rule() { job_.rows.push_back({std::vector<std::string>(figures_.size()), "*hline1*"}); }
 
 void ReportRows::Totals(const std::string& caption, const std::string& marks) {
-    std::vector<std::string> cells(figures_.size());
+    std::vector<std::string> cells = std::move(line_);
     cells[0] = caption;
     for (std::size_t c = 1; c < cells.size(); ++c)
-        if (figures_[c] != Figure::Text && figures_[c] != Figure::Rate)
-            cells[c] = Shown(static_cast<int>(c), totals_[c]);
+        if (Totalled(figures_[c])) cells[c] = Shown(static_cast<int>(c), totals_[c]);
     job_.rows.push_back({std::move(cells), marks});
     totals_.assign(figures_.size(), {});
+    line_.assign(figures_.size(), {});
+    lineCounts_.assign(figures_.size(), {});
 }
 
 void DropColumn(qx::PrintJob& job, std::size_t col) {

@@ -19,6 +19,7 @@ enum class Figure {
     Quantity, // quintals, two decimals, totalled
     Money,    // "c2", totalled
     Rate,     // "c2", never totalled
+    Balance,  // a running quantity, two decimals, shown even when 0, never totalled
 };
 
 struct ReportColumn {
@@ -40,7 +41,8 @@ public:
 
     void Heading(const std::string& text, const std::string& marks);
     void Rule(); // "*hline1*"
-    // A closing line: the caption and the totals of the lines since the last closing line.
+    // A closing line: the caption and the totals of the lines since the last closing line, with
+    // the texts given to the line being filled (totals a register keeps itself).
     void Totals(const std::string& caption, const std::string& marks);
     qx::Amount Total(int col) const { return totals_[static_cast<std::size_t>(col)]; }
 

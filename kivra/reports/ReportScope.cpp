@@ -14,9 +14,11 @@ qx::Date Today() {
 
 } // namespace
 
+std::string ReportScope::PeriodHeading() const { return from.ToDisplay() + " to " + to.ToDisplay(); }
+
 std::string ReportScope::DateHeading() const {
     if (from == to) return "Date: " + from.Format("dd/MM/yyyy (dddd)");
-    return from.ToDisplay() + " to " + to.ToDisplay();
+    return PeriodHeading();
 }
 
 std::string ReportScope::Heading() const {

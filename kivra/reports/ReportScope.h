@@ -17,7 +17,9 @@ struct ReportScope {
     std::int32_t marketId = 0; // 0: every market, and forms of none
     std::string marketName;
 
-    // "Date: 05/11/2024 (Tuesday)" for one day, "01/11/2024 to 07/11/2024" for a period.
+    // "01/11/2024 to 07/11/2024", whatever the length of the period.
+    std::string PeriodHeading() const;
+    // "Date: 05/11/2024 (Tuesday)" for one day, the period heading for a longer one.
     std::string DateHeading() const;
     // The date heading, and "Market: " with the market's name when one is chosen.
     std::string Heading() const;

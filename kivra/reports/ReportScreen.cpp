@@ -2,9 +2,12 @@
 
 #include "ReportGrid.h"
 
+#include "kivra/module/mKivraModule.h"
+
 namespace kivra {
 
-ReportScreen::ReportScreen(ModuleContext& context, std::string name, std::string title)
+ReportScreen::ReportScreen(ModuleContext& context, std::string name, std::string title,
+                           const OptionsRow& options)
     : Screen(std::move(name), title), context_(context), heading_(Add<qx::ui::Label>("lblPeriod")),
       grid_(Add<qx::ui::Grid>("Grid")), bar_(Add<qx::ui::ButtonBar>("BtnBar1")) {
     Icon = "FinalAc";
@@ -12,12 +15,35 @@ ReportScreen::ReportScreen(ModuleContext& context, std::string name, std::string
     label.Heading = true;
     AddRow({&label});
     AddRow({&heading_});
+    if (options) AddRow(options(*this));
     AddRow({&grid_});
     AddRow({&bar_});
 }
 
+void ReportScreen::AskMarket() {
+    if (!MultipleMarketRqr(context_) || !Properties().GetValue("MarketID").IsNull()) return;
+    std::int32_t id = 0;
+    std::string name;
+    if (SelectMarket(context_, id, name, true) && id > 0) {
+        scope_.marketId = id;
+        scope_.marketName = name;
+    }
+}
+
+void ReportScreen::AddOutputButtons() {
+    bar_.AddItem("Preview,F8: Preview,Preview");
+    bar_.AddItem("Print,F9: Print,Print");
+    bar_.AddItem("Exit,Esc: Exit,Close");
+}
+
+bool ReportScreen::Output(const std::string& key, const qx::PrintJob& job) {
+    if (key != "Preview" && key != "Print") return false;
+    context_.Ui().Print(job, key == "Preview" ? qx::PrintMode::Preview : qx::PrintMode::Print);
+    return true;
+}
+
 void ReportScreen::Show(const qx::PrintJob& job) {
-    heading_.SetText(scope_.Heading());
+    heading_.SetText(Heading());
     ShowJob(grid_, job);
 }
 

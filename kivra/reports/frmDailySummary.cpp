@@ -19,9 +19,7 @@ void frmDailySummary::Load() {
     bar_.AddItem("Itemwise,F6: Item-wise Summary,Item-wise Summary");
     bar_.AddItem("Voucher,F7: Show Voucher,Show Voucher");
     bar_.SetItemEnabled("Voucher", false);
-    bar_.AddItem("Preview,F8: Preview,Preview");
-    bar_.AddItem("Print,F9: Print,Print");
-    bar_.AddItem("Exit,Esc: Exit,Close");
+    AddOutputButtons();
     job_ = DailySummaryJob(context_, scope_);
     Show(job_);
 }
@@ -40,9 +38,7 @@ void frmDailySummary::OpenItemSummary() {
 
 void frmDailySummary::OnCommand(const std::string& key) {
     if (key == "Itemwise") OpenItemSummary();
-    else if (key == "Preview") context_.Ui().Print(job_, qx::PrintMode::Preview);
-    else if (key == "Print") context_.Ui().Print(job_, qx::PrintMode::Print);
-    else if (key == "Exit") Close();
+    else if (!Output(key, job_) && key == "Exit") Close();
 }
 
 } // namespace kivra

@@ -1,7 +1,5 @@
 #include "frmItemSummary.h"
 
-#include "kivra/module/mKivraModule.h"
-
 namespace kivra {
 
 frmItemSummary::frmItemSummary(ModuleContext& context)
@@ -16,22 +14,12 @@ void frmItemSummary::Load() {
     // The period dialog is the host's: until it offers one the period is the one handed over.
     bar_.AddItem("Period,F6: Period,Period");
     bar_.SetItemEnabled("Period", false);
-    bar_.AddItem("Preview,F8: Preview,Preview");
-    bar_.AddItem("Print,F9: Print,Print");
-    bar_.AddItem("Exit,Esc: Exit,Close");
+    AddOutputButtons();
 }
 
 void frmItemSummary::FirstActivate() {
     ReportScreen::FirstActivate();
-    if (MultipleMarketRqr(context_) && Properties().GetValue("MarketID").IsNull()) {
-        std::int32_t id = 0;
-        std::string name;
-        // Closing the list without a choice, or choosing all, counts every market.
-        if (SelectMarket(context_, id, name, true) && id > 0) {
-            scope_.marketId = id;
-            scope_.marketName = name;
-        }
-    }
+    AskMarket();
     summary_ = ItemSummaryJob(context_, scope_);
     ShowSummary();
     grid_.SetFocus();
@@ -59,9 +47,8 @@ bool frmItemSummary::KeyDown(const qx::ui::KeyPress& key) {
 }
 
 void frmItemSummary::OnCommand(const std::string& key) {
-    if (key == "Preview") context_.Ui().Print(Job(), qx::PrintMode::Preview);
-    else if (key == "Print") context_.Ui().Print(Job(), qx::PrintMode::Print);
-    else if (key == "Exit") {
+    if (Output(key, Job())) return;
+    if (key == "Exit") {
         if (detail_) ShowSummary();
         else Close();
     }

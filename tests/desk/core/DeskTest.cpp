@@ -45,7 +45,7 @@ TEST(DeskApp, ThePlugInOpensTheMarketMasterFromItsMenuAndFailuresAreShown) {
 
     // A key nobody serves yet tells the user so instead of doing nothing; a screen that fails
     // to open shows its error.
-    app.ClickMenu("KvFormM");
+    app.ClickMenu("KvInterestRegister");
     ASSERT_FALSE(frontend.Transcript().empty());
     EXPECT_EQ(frontend.Transcript().back().prompt, "This function is not available in this version of QX Desk.");
     app.RegisterHostScreen("", "Broken", "Broken", []() -> std::shared_ptr<ui::Screen> {

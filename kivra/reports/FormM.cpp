@@ -1,0 +1,329 @@
+#include "FormM.h"
+
+#include "ReportRows.h"
+
+#include "kivra/module/mKivraModule.h"
+
+#include <array>
+#include <set>
+
+namespace kivra {
+namespace {
+
+enum Col {
+    kSrNo, kDate, kItem, kBook, kSeller, kBank, kBags, kQty, kRate, kAmount, kJFormAmount, kBuyer,
+    kFeeApplicable, kFeeAmount, kSaleQty, kSaleRate, kSaleAmount, kUtrNo, kUtrDate, kColumns
+};
+
+struct FormMColumn {
+    ReportColumn column;
+    bool daily;
+    bool weekly;
+};
+
+const std::array<FormMColumn, kColumns> kAllColumns = {{
+    {{"SrNo", 600, Figure::Text}, true, false},
+    {{"Date", 1400, Figure::Text}, false, true},
+    {{"Item", 2000, Figure::Text}, true, true},
+    {{"Book / J.F. No.", 1000, Figure::Text}, true, true},
+    {{"Name of farmer / seller", 4000, Figure::Text}, true, true},
+    {{"Bank Details", 3500, Figure::Text}, true, true},
+    {{"Bags", 1100, Figure::Count}, true, false},
+    {{"Qty.(Qtl)", 1400, Figure::Quantity}, true, true},
+    {{"Rate", 1200, Figure::Rate}, true, true},
+    {{"Amount", 1600, Figure::Money}, true, true},
+    {{"J-Form Amount", 1600, Figure::Money}, true, true},
+    {{"Buyer", 4000, Figure::Text}, true, true},
+    {{"Fee Applicable", 1000, Figure::Text}, false, true},
+    {{"Fee Amount", 1400, Figure::Text}, false, true},
+    {{"Sale Qty.", 1300, Figure::Quantity}, false, true},
+    {{"Rate", 1200, Figure::Rate}, false, true},
+    {{"Amount", 1600, Figure::Money}, false, true},
+    {{"U.T.R. No.", 2000, Figure::Text}, true, true},
+    {{"U.T.R. Date", 1500, Figure::Text}, true, true},
+}};
+
+// The statements' tables: lines "a", documents "b", buyers "c", sellers "d", items "s" and
+// series "dc".
+constexpr const char* kTables =
+    " from ((((DocData a Inner Join DocMain b on a.DocumentID=b.DocumentID) Left Join FAMaster c on "
+    "a.CustomerID=c.mcd) Inner Join FAMaster d on b.PartyCode=d.mcd) Inner Join StkMaster s on "
+    "a.ProductID=s.qmcd) Inner Join docconfig dc on b.DocSeriesID=dc.SeriesID";
+
+std::string FilterCondition(const FormMOptions& options) {
+    const std::string both = " and (b.DocSeries in ('JF','PL') or dc.DocProperties like '%*RDF*%')";
+    const std::string buyer = " and a.CustomerID=" + std::to_string(options.buyer);
+    switch (options.filter) {
+    case FormMFilter::Both:
+        return options.daily ? " and b.DocSeries='JF'" : both;
+    case FormMFilter::SelfPurchase:
+        return options.daily ? " and (c.mhd='SELF' and b.DocSeries='JF')"
+                             : " and ((b.DocSeries='JF' and c.mhd='SELF') or b.DocSeries='PL' or "
+                               "dc.DocProperties like '%*RDF*%')";
+    case FormMFilter::IForms:
+        return options.daily ? " and (c.mhd<>'SELF' and b.DocSeries='JF')"
+                             : " and b.DocSeries='JF' and c.mhd<>'SELF'";
+    case FormMFilter::Buyer:
+        return options.daily ? " and b.DocSeries='JF'" + buyer : both + buyer;
+    }
+    return {};
+}
+
+// The market charges of the weekly return, each of an item whose rate is not 0.
+struct Fees {
+    std::array<qx::Amount, 3> amounts{};
+    static constexpr std::array<const char*, 3> kNames = {"M.Fee", "R.D.F.", "C.Fund"};
+    static constexpr std::array<const char*, 3> kRates = {"qMarketFee", "qRDF", "qCancerFund"};
+
+    static Fees On(const qx::Recordset& row, qx::Amount amount) {
+        Fees fees;
+        for (std::size_t i = 0; i < kRates.size(); ++i)
+            fees.amounts[i] = amount * row.Field(kRates[i]).AsAmount() / qx::Amount::FromInt(100);
+        return fees;
+    }
+    void operator+=(const Fees& other) {
+        for (std::size_t i = 0; i < amounts.size(); ++i) amounts[i] += other.amounts[i];
+    }
+    // The names of the charges, and their amounts, one a line of the two cells.
+    std::pair<std::string, std::string> Cells() const {
+        std::string names, figures;
+        for (std::size_t i = 0; i < amounts.size(); ++i) {
+            if (amounts[i].IsZero()) continue;
+            names += (names.empty() ? "" : "\n") + std::string(kNames[i]);
+            figures += (figures.empty() ? "" : "\n") + qx::FormatAmount(amounts[i], "n2");
+        }
+        return {names, figures};
+    }
+};
+
+// Parts of a cell, one a line, each only when it says something.
+std::string Lines(std::initializer_list<std::pair<const char*, std::string>> parts) {
+    std::string cell;
+    for (const auto& [label, text] : parts)
+        if (!text.empty()) cell += (cell.empty() ? "" : "\n") + std::string(label) + text;
+    return cell;
+}
+
+class FormM {
+public:
+    FormM(ModuleContext& context, const ReportScope& scope, const FormMOptions& options, qx::PrintJob& job)
+        : context_(context), options_(options), rows_(job, Columns(options.daily)),
+          grouped_(MultipleMarketRqr(context) && scope.marketId <= 0),
+          condition_(scope.Condition(context) + FilterCondition(options) +
+                     (options.items.empty() ? "" : " and " + options.items)) {
+        for (int c = 0, at = 0; c < kColumns; ++c) {
+            const FormMColumn& column = kAllColumns[static_cast<std::size_t>(c)];
+            at_[static_cast<std::size_t>(c)] = (options.daily ? column.daily : column.weekly) ? at++ : -1;
+        }
+    }
+    void Headings(const std::string& heading);
+    void Detail();
+    void Summary();
+
+private:
+    static std::vector<ReportColumn> Columns(bool daily) {
+        std::vector<ReportColumn> columns;
+        for (const FormMColumn& column : kAllColumns)
+            if (daily ? column.daily : column.weekly) columns.push_back(column.column);
+        return columns;
+    }
+    int At(Col col) const { return at_[static_cast<std::size_t>(col)]; }
+    void Text(Col col, std::string text) {
+        if (At(col) >= 0) rows_.Text(At(col), std::move(text));
+    }
+    void Number(Col col, qx::Amount value) {
+        if (At(col) >= 0) rows_.Number(At(col), value);
+    }
+    void ShowFees(const Fees& fees) {
+        if (options_.daily) return;
+        auto [names, figures] = fees.Cells();
+        Text(kFeeApplicable, names);
+        Text(kFeeAmount, figures);
+    }
+    // A closing line, with the charges since the last one.
+    void Close(const std::string& caption, const std::string& marks) {
+        ShowFees(fees_);
+        rows_.Totals(caption, marks);
+        fees_ = {};
+    }
+    void Document(const qx::Recordset& row);
+    void Line(const qx::Recordset& row);
+
+    ModuleContext& context_;
+    const FormMOptions& options_;
+    ReportRows rows_;
+    const bool grouped_; // market by market: the firm works in several and chose none
+    const std::string condition_;
+    std::array<int, kColumns> at_{};
+    Fees fees_;
+    std::set<std::int64_t> documentsShown_;
+};
+
+void FormM::Headings(const std::string& heading) {
+    rows_.Heading(heading, "*headingfonts*blanklineafter*");
+    if (options_.daily) return;
+    // A caption over the columns of what the firm bought, beside those of the sales.
+    Text(kQty, "Purchase Qty.");
+    rows_.Add("*headingfonts*");
+}
+
+void FormM::Document(const qx::Recordset& row) {
+    const std::int64_t document = row.Field("DocumentID").AsLong();
+    const bool first = documentsShown_.insert(document).second;
+    if (options_.daily && first) Text(kSrNo, std::to_string(documentsShown_.size()));
+    Text(kDate, row.Field("DocDate").AsDate().Format("dd-MMM-yyyy"));
+    Text(kBook, row.Field("FormBookNo").AsText() + " / " + row.Field("FormNo").AsText());
+    Text(kSeller, Lines({{"", row.Field("Seller").AsText()},
+                         {"", options_.sellerAddress ? row.Field("SAdd1").AsText() : ""},
+                         {"", row.Field("SStation").AsText()},
+                         {"Mobile: ", row.Field("SCellNo").AsText()},
+                         {"Aadhaar: ", row.Field("SAadharNo").AsText()},
+                         {"PAN: ", row.Field("SPAN").AsText()}}));
+    Text(kBank, Lines({{"A/c No: ", row.Field("mBankAcNo").AsText()},
+                       {"IFSC Code: ", row.Field("mIFSCCode").AsText()},
+                       {"MICR Code: ", row.Field("mMICRCode").AsText()},
+                       {"", row.Field("mBankName").AsText()}}));
+    // A form listed again in the buyers' order counts its amount once.
+    if (first) Number(kJFormAmount, row.Field("GrandTotal").AsAmount());
+    Text(kUtrNo, row.Field("UTRNo").AsText());
+    if (!row.Field("UTRDate").IsNull()) Text(kUtrDate, row.Field("UTRDate").AsDate().Format("dd-MMM-yyyy"));
+}
+
+void FormM::Line(const qx::Recordset& row) {
+    Text(kItem, row.Field("qmhd").AsText());
+    Number(kBags, row.Field("NoOfBoxes").AsAmount());
+    const qx::Amount qty = row.Field("Quantity").AsAmount();
+    const qx::Amount rate = row.Field("Rate").AsAmount();
+    const qx::Amount amount = row.Field("Amount").AsAmount();
+    // The weekly return keeps what the firm bought (stock in) apart from what the farmers
+    // sold to the buyers through it.
+    if (options_.daily || row.Field("StockFactor").AsLong() > 0) {
+        Number(kQty, qty);
+        Number(kRate, rate);
+        Number(kAmount, amount);
+    } else {
+        Number(kSaleQty, qty);
+        Number(kSaleRate, rate);
+        Number(kSaleAmount, amount);
+    }
+    Text(kBuyer, Lines({{"", row.Field("Buyer").AsText()},
+                        {"", row.Field("BStation").AsText()},
+                        {"Mobile: ", row.Field("BCellNo").AsText()}}));
+    if (!options_.daily) {
+        const Fees fees = Fees::On(row, amount);
+        ShowFees(fees);
+        fees_ += fees;
+    }
+    rows_.Add();
+}
+
+void FormM::Detail() {
+    std::string order = "b.DocDate,b.DocNumber,a.RefNo";
+    if (options_.order == FormMOrder::FarmerWise) order = "d.MHD,b.PartyCode," + order;
+    if (options_.order == FormMOrder::BuyerWise) order = "c.MHD,a.CustomerID," + order;
+    if (grouped_) order = "b.MarketID," + order;
+    auto rows = context_.Db().OpenRecordset(
+        "Select a.DocumentID,a.ProductID,a.CustomerID,a.Quantity,a.NoOfBoxes,a.Rate,a.Amount,"
+        "a.StockFactor,b.PartyCode,b.DocDate,b.FormBookNo,b.FormNo,b.GrandTotal,"
+        "c.mhd as Buyer,c.mst as BStation,c.mCellNo as BCellNo,d.mhd as Seller,d.mhda1 as SAdd1,"
+        "d.mst as SStation,d.mCellNo as SCellNo,d.mAadharNo as SAadharNo,d.mPANNo as SPAN,"
+        "d.mBankAcNo,d.mIFSCCode,d.mMICRCode,d.mBankName,s.qmhd,s.qMarketFee,s.qRDF,"
+        "s.qCancerFund,b.UTRNo,b.UTRDate" +
+        std::string(grouped_ ? ",b.MarketID" : "") + kTables + " Where " + condition_ + " Order by " + order);
+    std::int64_t document = -1;
+    std::int64_t market = -1;
+    for (; !rows->EndOfRows(); rows->MoveNext()) {
+        if (grouped_ && rows->Field("MarketID").AsLong() != market) {
+            if (market != -1) {
+                rows_.Rule();
+                Close("Sub Totals (Market)", "*totals*totalreset*");
+            }
+            market = rows->Field("MarketID").AsLong();
+            rows_.Heading("Market: " + GetMarketName(context_, static_cast<std::int32_t>(market)),
+                          "*blanklineafter*headingfonts*");
+            document = -1;
+        }
+        if (rows->Field("DocumentID").AsLong() != document) {
+            document = rows->Field("DocumentID").AsLong();
+            Document(*rows);
+        }
+        Line(*rows);
+    }
+    rows->Close();
+    if (market == -1 && document == -1) return;
+    rows_.Rule();
+    Close(grouped_ ? "Sub Totals (Market)" : "Sub Totals", "*totals*totalreset*");
+}
+
+// The firm's own purchases of the period, by date, item and rate.
+void FormM::Summary() {
+    auto rows = context_.Db().OpenRecordset(
+        "Select SUM(a.Quantity) as Qty,SUM(a.Amount) as Amt,a.Rate,b.DocDate,s.qmhd,s.qMarketFee,s.qRDF,"
+        "s.qCancerFund" + std::string(kTables) + " where a.StockFactor=1 and " + condition_ +
+        " group by b.docdate,s.qmhd,a.Rate,s.qMarketFee,s.qRDF,s.qCancerFund Order by b.DocDate,s.qmhd");
+    if (rows->EndOfRows()) return;
+    rows_.Heading("SUMMARY", "*headingfonts*blanklinebefore*blanklineafter*");
+    for (; !rows->EndOfRows(); rows->MoveNext()) {
+        Text(kDate, rows->Field("DocDate").AsDate().Format("dd-MMM-yyyy"));
+        Text(kItem, rows->Field("qmhd").AsText());
+        Number(kQty, rows->Field("Qty").AsAmount());
+        Number(kRate, rows->Field("Rate").AsAmount());
+        const qx::Amount amount = rows->Field("Amt").AsAmount();
+        Number(kAmount, amount);
+        const Fees fees = Fees::On(*rows, amount);
+        ShowFees(fees);
+        fees_ += fees;
+        rows_.Add();
+    }
+    rows->Close();
+    Close("Totals", "*bhline1*hline1*totals*totalreset*");
+}
+
+} // namespace
+
+bool AcceptWeek(ModuleContext& context, qx::Date from, qx::Date to) {
+    const std::string more = "\r\nDo you want to continue?";
+    qx::ModuleUtil& util = context.Util();
+    if (from.DaysUntil(to) != 6 &&
+        util.ShowMessage("This report should be of one week period ending on Sunday." + more, "2", "Q") != 1)
+        return false;
+    // Pointed out only: the period stands whatever the answer.
+    if (from.Weekday() != 1) util.ShowMessage("Starting day of report should be Monday." + more, "2", "Q");
+    else if (to.Weekday() != 7) util.ShowMessage("Ending day of report should be Sunday." + more, "2", "Q");
+    return true;
+}
+
+void CheckUtrFields(qx::CompanyDb& db) {
+    if (db.FieldExists("UTRNo", "DOCMAIN") && db.FieldExists("UTRDate", "DOCMAIN")) return;
+    qx::Transaction unit(db);
+    db.AddFields("DOCMAIN", "VarChar(50)", {"UTRNo"});
+    db.AddFields("DOCMAIN", "Date", {"UTRDate"});
+    unit.Commit();
+}
+
+std::string FormMHeading(const ReportScope& scope, bool daily) {
+    std::string heading = daily ? "Date: " + scope.from.Format("dd/MM/yyyy (dddd)") : scope.PeriodHeading();
+    if (scope.marketId > 0) heading += "    Market: " + scope.marketName;
+    return heading;
+}
+
+qx::PrintJob FormMJob(ModuleContext& context, const ReportScope& scope, const FormMOptions& options) {
+    CheckUtrFields(context.Db());
+    qx::PrintJob job;
+    job.reportName = options.daily ? "DailyReturn" : "FormM";
+    job.title = "Form M";
+    job.title2 = options.daily ? "   Daily Return" : FormMHeading(scope, false);
+    job.options.SetValue("Wrap", "3");
+    if (!options.daily) {
+        // The firm's heading and footer come from its print designs.
+        job.options.SetValue("Design.FormM_Head", "MainHeadForm1,MainHeadForm2");
+        job.options.SetValue("Design.FormM_Footer", "SUBFORM6,BFTotals,CFTotals,BottomLine");
+    }
+    FormM report(context, scope, options, job);
+    report.Headings(FormMHeading(scope, options.daily));
+    report.Detail();
+    if (!options.daily) report.Summary();
+    return job;
+}
+
+} // namespace kivra

@@ -1,0 +1,225 @@
+// The stock register and the Form-M returns of the demo's day of forms saved through the
+// desk's engine: each figure checked by hand against the forms.
+#include "ReportDayCompany.h"
+
+#include "kivra/reports/FormM.h"
+#include "kivra/reports/StockRegister.h"
+#include "kivra/reports/frmFormM.h"
+#include "kivra/reports/frmStockRegister.h"
+
+#include <algorithm>
+
+using namespace qx;
+using test::Strings;
+
+namespace {
+
+class StockFormMTest : public test::ReportDayCompany {
+protected:
+    // 05/11/2024: Gurmeet Singh sells the agent 3 more quintals of paddy at Khanna.
+    void SaveTheNextDay() {
+        auto& jForm = OpenMenu("JForms");
+        TypeHeader(jForm, "05/11/2024", "gurmeet singh", "KHANNA", "12", "102");
+        ASSERT_TRUE(TypeLine(jForm, 1, JLine("paddy", "self", "50", "3", "2000")));
+        Save(jForm);
+    }
+    // Gurmeet Singh's particulars and bank, and the UTR of his payment for form 12/101.
+    void GiveParticulars() {
+        kivra::CheckUtrFields(Db());
+        Db().ExecuteSql("UPDATE FAMASTER SET MHDA1='VPO RAIPUR', MCELLNO='9876543210', MAADHARNO='123456789012', "
+                        "MPANNO='ABCPS1234K', MBANKACNO='0123456789', MIFSCCODE='PUNB0012300', "
+                        "MBANKNAME='PUNJAB NATIONAL BANK' WHERE MCD=101");
+        Db().ExecuteSql("UPDATE DOCMAIN SET UTRNO='PUNBH24310001', UTRDATE='2024-11-06' WHERE FORMNO=101");
+    }
+    kivra::FormMOptions Weekly() const { return {}; }
+    kivra::FormMOptions Daily() const {
+        kivra::FormMOptions options;
+        options.daily = true;
+        return options;
+    }
+};
+
+// By hand: paddy came in as the agent's own 5 quintals and the 10 and 8 quintals waiting for
+// Pungrain and Goyal Mills (23); out went the 10 and 8 the buyers took on their I-Forms and
+// the 50 kg more Pungrain's weighing found, taken from the agent's stock (18.50), leaving his
+// 4.50. Maize: 12 + 6 in, 12 + 5 out, Goyal Mills' 1 quintal still waiting. On 05/11 the agent
+// buys 3 more quintals of paddy; maize does not move and is left out.
+TEST_F(StockFormMTest, StockRegisterDayByDayWithTheBalanceCarried) {
+    SaveTheDay();
+    SaveTheNextDay();
+    const PrintJob both = kivra::StockRegisterJob(*module.Context(), Period("04/11/2024", "05/11/2024"), "");
+    EXPECT_EQ(both.title, "Stock Register");
+    EXPECT_EQ(both.title2, "04/11/2024 to 05/11/2024");
+    EXPECT_EQ(Lines(both), (Strings{
+        "*headingfonts*blanklinebefore*blanklineafter* PADDY",
+        " 04/11/2024|0.00|23.00|23.00|18.50|4.50",
+        " 05/11/2024|4.50|3.00|7.50||7.50",
+        "*hline1*",
+        "*hline1*totals*totalreset* Totals||26.00||18.50",
+        "*headingfonts*blanklinebefore*blanklineafter* MAIZE",
+        " 04/11/2024|0.00|18.00|18.00|17.00|1.00",
+        "*hline1*",
+        "*hline1*totals*totalreset* Totals||18.00||17.00",
+    }));
+    EXPECT_EQ(Lines(kivra::StockRegisterJob(*module.Context(), Period("05/11/2024", "05/11/2024"), "")),
+              (Strings{"*headingfonts*blanklinebefore*blanklineafter* PADDY", " 05/11/2024|4.50|3.00|7.50||7.50",
+                       "*hline1*", "*hline1*totals*totalreset* Totals||3.00"}))
+        << "the balance brought from before the period; maize, with a balance but no movement, left out";
+    const Strings maize = Lines(kivra::StockRegisterJob(*module.Context(), Period("04/11/2024", "05/11/2024"), "s.qmcd IN (2)"));
+    ASSERT_FALSE(maize.empty());
+    EXPECT_EQ(maize[0], "*headingfonts*blanklinebefore*blanklineafter* MAIZE");
+    EXPECT_EQ(maize.size(), 4u) << "only the items chosen";
+}
+
+// The weekly return of one market, forms in date order. By hand, at the items' rates (paddy:
+// market fee 2%, R.D.F. 1%, cancer fund 0.5%; maize the same without cancer fund): the
+// agent's own 10,000.00 of paddy bears 200.00, 100.00 and 50.00 and stands under the
+// purchase columns; Pungrain's 20,000.00 of paddy 400.00, 200.00, 100.00 and his 25,080.00 of
+// maize 501.60 and 250.80, both under the sale columns. The summary holds the agent's own
+// purchases.
+TEST_F(StockFormMTest, WeeklyReturnOfOneMarket) {
+    SaveTheDay();
+    GiveParticulars();
+    kivra::FormMOptions options = Weekly();
+    options.sellerAddress = true;
+    const PrintJob job = kivra::FormMJob(*module.Context(), Period("04/11/2024", "10/11/2024", 1, "KHANNA"), options);
+    EXPECT_EQ(job.title, "Form M");
+    EXPECT_EQ(job.title2, "04/11/2024 to 10/11/2024    Market: KHANNA");
+    EXPECT_EQ(job.options.GetValue("Wrap").AsText(), "3");
+    EXPECT_EQ(job.options.GetValue("Design.FormM_Head").AsText(), "MainHeadForm1,MainHeadForm2");
+    EXPECT_EQ(job.options.GetValue("Design.FormM_Footer").AsText(), "SUBFORM6,BFTotals,CFTotals,BottomLine");
+    Strings captions;
+    for (const PrintColumn& column : job.columns) captions.push_back(column.caption);
+    EXPECT_EQ(captions, (Strings{"Date", "Item", "Book / J.F. No.", "Name of farmer / seller", "Bank Details",
+                                 "Qty.(Qtl)", "Rate", "Amount", "J-Form Amount", "Buyer", "Fee Applicable",
+                                 "Fee Amount", "Sale Qty.", "Rate", "Amount", "U.T.R. No.", "U.T.R. Date"}));
+    EXPECT_EQ(Lines(job), (Strings{
+        "*headingfonts*blanklineafter* 04/11/2024 to 10/11/2024    Market: KHANNA",
+        "*headingfonts* |||||Purchase Qty.",
+        " 04-Nov-2024|PADDY|12 / 101|GURMEET SINGH\nVPO RAIPUR\nRAIPUR\nMobile: 9876543210\nAadhaar: "
+        "123456789012\nPAN: ABCPS1234K|A/c No: 0123456789\nIFSC Code: PUNB0012300\nPUNJAB NATIONAL BANK|5.00|"
+        "2,000.00|10,000.00|54,878.00|SELF|M.Fee\nR.D.F.\nC.Fund|200.00\n100.00\n50.00||||PUNBH24310001|06-Nov-2024",
+        " |PADDY||||||||PUNGRAIN\nCHANDIGARH|M.Fee\nR.D.F.\nC.Fund|400.00\n200.00\n100.00|10.00|2,000.00|20,000.00",
+        " |MAIZE||||||||PUNGRAIN\nCHANDIGARH|M.Fee\nR.D.F.|501.60\n250.80|12.00|2,090.00|25,080.00",
+        "*hline1*",
+        "*totals*totalreset* Sub Totals|||||5.00||10,000.00|54,878.00||M.Fee\nR.D.F.\nC.Fund|1,101.60\n550.80\n150.00|"
+        "22.00||45,080.00",
+        "*headingfonts*blanklinebefore*blanklineafter* SUMMARY",
+        " 04-Nov-2024|PADDY||||5.00|2,000.00|10,000.00|||M.Fee\nR.D.F.\nC.Fund|200.00\n100.00\n50.00",
+        "*bhline1*hline1*totals*totalreset* Totals|||||5.00||10,000.00|||M.Fee\nR.D.F.\nC.Fund|200.00\n100.00\n50.00",
+    }));
+}
+
+// The daily return: J-Forms only, numbered, every line under the purchase columns. With both
+// markets it goes market by market, each closed by its own totals; the document filters and
+// the buyers' order choose and order the lines.
+TEST_F(StockFormMTest, DailyReturnMarketByMarketFilteredAndOrdered) {
+    SaveTheDay();
+    const PrintJob job = kivra::FormMJob(*module.Context(), Day(), Daily());
+    EXPECT_EQ(job.title2, "   Daily Return");
+    EXPECT_EQ(job.columns.size(), 13u);
+    EXPECT_EQ(job.columns[0].caption, "SrNo");
+    EXPECT_EQ(Lines(job), (Strings{
+        "*headingfonts*blanklineafter* Date: 04/11/2024 (Monday)",
+        "*blanklineafter*headingfonts* Market: KHANNA",
+        " 1|PADDY|12 / 101|GURMEET SINGH\nRAIPUR||10|5.00|2,000.00|10,000.00|54,878.00|SELF",
+        " |PADDY||||20|10.00|2,000.00|20,000.00||PUNGRAIN\nCHANDIGARH",
+        " |MAIZE||||24|12.00|2,090.00|25,080.00||PUNGRAIN\nCHANDIGARH",
+        "*hline1*",
+        "*totals*totalreset* Sub Totals (Market)|||||54|27.00||55,080.00|54,878.00",
+        "*blanklineafter*headingfonts* Market: JAGRAON",
+        " 2|PADDY|7 / 201|HARPAL SINGH\nBIJA||16|8.00|2,000.00|16,000.00|28,195.00|GOYAL MILLS\nJAGRAON",
+        " |MAIZE||||12|6.00|2,050.00|12,300.00||GOYAL MILLS\nJAGRAON",
+        "*hline1*",
+        "*totals*totalreset* Sub Totals (Market)|||||28|14.00||28,300.00|28,195.00",
+    }));
+
+    auto buyers = [&](kivra::FormMOptions options) {
+        Strings seen;
+        for (const PrintRow& row : kivra::FormMJob(*module.Context(), Day(), options).rows)
+            if (row.marks.empty()) seen.push_back(row.cells[10].substr(0, row.cells[10].find('\n')) + " " + row.cells[1]);
+        return seen;
+    };
+    kivra::FormMOptions options = Daily();
+    options.filter = kivra::FormMFilter::SelfPurchase;
+    EXPECT_EQ(buyers(options), Strings{"SELF PADDY"});
+    options.filter = kivra::FormMFilter::IForms;
+    EXPECT_EQ(buyers(options), (Strings{"PUNGRAIN PADDY", "PUNGRAIN MAIZE", "GOYAL MILLS PADDY", "GOYAL MILLS MAIZE"}));
+    options.filter = kivra::FormMFilter::Buyer;
+    options.buyer = 203;
+    EXPECT_EQ(buyers(options), (Strings{"GOYAL MILLS PADDY", "GOYAL MILLS MAIZE"}));
+    options = Weekly();
+    options.order = kivra::FormMOrder::BuyerWise;
+    Strings weekly;
+    for (const PrintRow& row : kivra::FormMJob(*module.Context(), Day(), options).rows) {
+        if (row.cells[0] == "SUMMARY") break;
+        if (row.marks.empty()) weekly.push_back(row.cells[9].substr(0, row.cells[9].find('\n')) + " " + row.cells[1]);
+    }
+    EXPECT_EQ(weekly, (Strings{"PUNGRAIN PADDY", "PUNGRAIN MAIZE", "SELF PADDY", "GOYAL MILLS PADDY", "GOYAL MILLS MAIZE"}))
+        << "by market, then buyer, date, form and line";
+}
+
+// A Monday-to-Sunday week asks nothing; a week from Tuesday only says it should start on a
+// Monday; a period of other than seven days asks whether to keep it, and only No refuses it.
+TEST_F(StockFormMTest, TheWeekQuestions) {
+    auto& context = *module.Context();
+    EXPECT_TRUE(kivra::AcceptWeek(context, *Date::ParseDisplay("04/11/2024"), *Date::ParseDisplay("10/11/2024")));
+    EXPECT_TRUE(Messages().empty());
+
+    frontend.QueueAnswer(kAnswerNo);
+    EXPECT_TRUE(kivra::AcceptWeek(context, *Date::ParseDisplay("05/11/2024"), *Date::ParseDisplay("11/11/2024")));
+    EXPECT_EQ(Messages(), Strings{"Starting day of report should be Monday.\r\nDo you want to continue?"});
+    frontend.ClearTranscript();
+
+    frontend.QueueAnswer(kAnswerYes);
+    frontend.QueueAnswer(kAnswerNo);
+    EXPECT_TRUE(kivra::AcceptWeek(context, *Date::ParseDisplay("04/11/2024"), *Date::ParseDisplay("08/11/2024")));
+    EXPECT_EQ(Messages(), (Strings{"This report should be of one week period ending on Sunday.\r\nDo you want to continue?",
+                                   "Ending day of report should be Sunday.\r\nDo you want to continue?"}));
+    frontend.ClearTranscript();
+
+    frontend.QueueAnswer(kAnswerNo);
+    EXPECT_FALSE(kivra::AcceptWeek(context, *Date::ParseDisplay("05/11/2024"), *Date::ParseDisplay("08/11/2024")));
+    EXPECT_EQ(Messages().size(), 1u) << "a refused period is not questioned further";
+}
+
+// The menu keys open the screens, on a day without forms too; Form-M's choices build the report again, and the seller's
+// address is kept for the next time.
+TEST_F(StockFormMTest, TheScreensFromTheMenu) {
+    SaveTheDay();
+    app.ClickMenu("KvStkRegister");
+    ASSERT_TRUE(Messages().empty()) << Messages()[0];
+    auto stock = std::dynamic_pointer_cast<kivra::frmStockRegister>(app.OpenScreens().back());
+    ASSERT_TRUE(stock);
+    EXPECT_FALSE(stock->Get<ui::ButtonBar>("BtnBar1").Item("Filter")->enabled) << "the item filter is the host's, still to come";
+    ASSERT_TRUE(stock->KeyDown({.key = ui::Key::F9}));
+    EXPECT_EQ(frontend.Printed().back().first.title, "Stock Register");
+
+    ChooseInNextList("( All Markets )");
+    app.ClickMenu("KvDailyReturn");
+    auto daily = std::dynamic_pointer_cast<kivra::frmFormM>(app.OpenScreens().back());
+    ASSERT_TRUE(daily);
+    EXPECT_EQ(daily->Job().columns[0].caption, "SrNo");
+
+    auto formM = std::make_shared<kivra::frmFormM>(*module.Context());
+    Day().ToProperties(formM->Properties());
+    formM->Properties().SetValue("MarketID", 1);
+    formM->Properties().SetValue("MarketName", "KHANNA");
+    module.Context()->Show(formM);
+    EXPECT_EQ(formM->Caption(), "Form-M (Daily Sales Purchase Report )");
+    EXPECT_EQ(formM->Get<ui::Label>("lblPeriod").Text(), "04/11/2024 to 04/11/2024    Market: KHANNA");
+    auto& grid = formM->Get<ui::Grid>("Grid");
+    EXPECT_EQ(grid.Rows(), static_cast<int>(formM->Job().rows.size()) + 1);
+    auto& filter = formM->Get<ui::ComboBox>("cmbFilter");
+    EXPECT_EQ(filter.Items().back().text, "SELF") << "the buyers follow the three choices";
+    ASSERT_TRUE(filter.Choose("Self Purchase Only"));
+    EXPECT_EQ(grid.TextMatrix(3, 1), "PADDY");
+    EXPECT_EQ(grid.TextMatrix(4, 0), "") << "only the agent's own line";
+    auto& address = formM->Get<ui::CheckBox>("chkSellerAddress");
+    Db().ExecuteSql("UPDATE FAMASTER SET MHDA1='VPO RAIPUR' WHERE MCD=101");
+    address.Click();
+    EXPECT_EQ(grid.TextMatrix(3, 3), "GURMEET SINGH\nVPO RAIPUR\nRAIPUR");
+    EXPECT_TRUE(app.DeskSession().FirmSettings().GetValue("FormM.SellerAddress").AsBool());
+}
+
+} // namespace
