@@ -2,16 +2,26 @@
 // The host's user-interface service: showing screens, creating the host's own screens by
 // name, dialogs, messages and printing.
 
+#include "Date.h"
 #include "PrintJob.h"
 #include "ui/Screen.h"
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace qx {
 
 class HostApp;
 class HostSelectDialog;
+
+// A period of days, both ends included.
+struct Period {
+    Date from;
+    Date to;
+    bool operator==(const Period&) const = default;
+};
 
 class FormProvider {
 public:
@@ -44,6 +54,24 @@ public:
                                 const std::string& picture) = 0;
     virtual void UnregisterWindow(ui::Screen& screen) = 0;
     virtual void Print(const PrintJob& job, PrintMode mode) = 0;
+
+    // Report dialogs. Each proposes what was last accepted under its key (a report's, such as
+    // "MForm") and keeps what is accepted in the company; nullopt when the user cancels.
+    // The period dialog: From and To, with a calendar on the desktop.
+    virtual std::optional<Period> AskPeriod(const std::string& key) = 0;
+    // The single-date dialog.
+    virtual std::optional<Date> AskDate(const std::string& key) = 0;
+    // The period AskPeriod would propose under the key, without asking (a report's first
+    // figures, before the user chose a period).
+    virtual Period LastPeriod(const std::string& key) = 0;
+    // The item filter ("FilterProduct"): the user chooses items; the choice is kept under the
+    // key. Returns the condition on the item table's alias ("s.QMCD IN (3,7)"), empty for every
+    // item; nullopt when the user cancels (the choice kept stays as it was).
+    virtual std::optional<std::string> FilterItems(const std::string& key, const std::string& alias) = 0;
+    // The condition of the choice kept under the key, without asking; empty for every item.
+    virtual std::string ItemFilter(const std::string& key, const std::string& alias) = 0;
+    // Shows a voucher of the books by its id (FADATA.VOUCHERID).
+    virtual void ShowVoucher(std::int32_t voucherId) = 0;
 };
 
 } // namespace qx

@@ -1,5 +1,6 @@
 #include "DeskApp.h"
 
+#include "ReportDialogs.h"
 #include "Scripted.h"
 #include "SelectDialog.h"
 #include "SelectItemScreen.h"
@@ -247,6 +248,22 @@ void DeskApp::Print(const PrintJob& job, PrintMode mode) {
     if (named.firmName.empty() && session_.HasCompany()) named.firmName = session_.CompanyName();
     frontend_.Print(named, mode);
 }
+
+std::optional<Period> DeskApp::AskPeriod(const std::string& key) { return desk::AskPeriod(*this, key); }
+
+std::optional<Date> DeskApp::AskDate(const std::string& key) { return desk::AskDate(*this, key); }
+
+Period DeskApp::LastPeriod(const std::string& key) { return desk::LastPeriod(*this, key); }
+
+std::optional<std::string> DeskApp::FilterItems(const std::string& key, const std::string& alias) {
+    return desk::FilterItems(*this, key, alias);
+}
+
+std::string DeskApp::ItemFilter(const std::string& key, const std::string& alias) {
+    return desk::ItemFilter(*this, key, alias);
+}
+
+void DeskApp::ShowVoucher(std::int32_t voucherId) { desk::ShowVoucher(*this, voucherId); }
 
 std::shared_ptr<ui::Screen> DeskApp::CreateForm(const std::string& name) {
     auto host = hostScreens_.find(name);

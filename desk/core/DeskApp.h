@@ -138,6 +138,12 @@ public:
                         const std::string& picture) override;
     void UnregisterWindow(ui::Screen& screen) override;
     void Print(const PrintJob& job, PrintMode mode) override;
+    std::optional<Period> AskPeriod(const std::string& key) override;
+    std::optional<Date> AskDate(const std::string& key) override;
+    Period LastPeriod(const std::string& key) override;
+    std::optional<std::string> FilterItems(const std::string& key, const std::string& alias) override;
+    std::string ItemFilter(const std::string& key, const std::string& alias) override;
+    void ShowVoucher(std::int32_t voucherId) override;
 
     // FormProvider
     std::shared_ptr<ui::Screen> CreateForm(const std::string& name) override;

@@ -91,6 +91,7 @@ void SelectItemScreen::Fill(Recordset& rows) {
         for (std::size_t c = 0; c < shownFields.size(); ++c)
             list_.SetTextMatrix(static_cast<int>(r) + 1, static_cast<int>(c) + 1,
                                 Shown(rows_[r][shownFields[c]]));
+    MarkChosenBefore();
     list_.SetRedraw(true);
 }
 
@@ -107,13 +108,27 @@ bool SelectItemScreen::Marked(int row) const {
            marked_[static_cast<std::size_t>(row) - 1];
 }
 
+void SelectItemScreen::SetMark(int row, bool marked) {
+    marked_[static_cast<std::size_t>(row) - 1] = marked;
+    list_.SetTextMatrix(row, kMarkCol, marked ? "\u2713" : "");
+}
+
 void SelectItemScreen::ToggleMark() {
     const int row = list_.Row();
     if (row < 1 || row >= list_.Rows()) return;
-    const bool marked = !Marked(row);
-    marked_[static_cast<std::size_t>(row) - 1] = marked;
-    list_.SetTextMatrix(row, kMarkCol, marked ? "\u2713" : "");
+    SetMark(row, !Marked(row));
     ShowCount();
+}
+
+void SelectItemScreen::MarkChosenBefore() {
+    if (!pickPending_ || markCodes_.empty()) return;
+    const auto field = std::find_if(fields_.begin(), fields_.end(),
+                                    [&](const std::string& name) { return EqualsNoCase(name, markField_); });
+    if (field == fields_.end()) throw std::invalid_argument("the list has no field " + markField_);
+    const auto f = static_cast<std::size_t>(field - fields_.begin());
+    for (std::size_t r = 0; r < rows_.size(); ++r)
+        if (std::find(markCodes_.begin(), markCodes_.end(), rows_[r][f].AsLong()) != markCodes_.end())
+            SetMark(static_cast<int>(r) + 1, true);
 }
 
 void SelectItemScreen::Take() {

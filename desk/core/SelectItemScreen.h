@@ -29,12 +29,20 @@ public:
 
     bool KeyDown(const ui::KeyPress& key) override;
     bool PickPendingMode() const { return pickPending_; }
+    // In pick-pending mode, the rows whose code field holds one of the codes open marked (a
+    // choice made before).
+    void MarkCodes(std::string field, std::vector<std::int64_t> codes) {
+        markField_ = std::move(field);
+        markCodes_ = std::move(codes);
+    }
     // Whether a row of the list (1-based, as the grid counts) is marked.
     bool Marked(int row) const;
 
 private:
     void Fill(Recordset& rows);
     void ToggleMark();
+    void SetMark(int row, bool marked);
+    void MarkChosenBefore();
     void Take() override;
     void ShowCount();
 
@@ -47,6 +55,8 @@ private:
     std::vector<std::string> fields_;
     std::vector<std::vector<Value>> rows_;
     std::vector<bool> marked_;
+    std::string markField_;
+    std::vector<std::int64_t> markCodes_;
     std::vector<std::size_t> taken_; // indices into rows_
     bool cancelled_ = true;
 };

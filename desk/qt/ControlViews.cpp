@@ -7,6 +7,7 @@
 #include "host/ui/Grid.h"
 
 #include <QButtonGroup>
+#include <QCalendarWidget>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDateEdit>
@@ -126,7 +127,7 @@ public:
     }
     QWidget* FocusWidget() const override { return edit_; }
     bool DefaultKey(const ui::KeyPress& key) override {
-        if (key.key != ui::Key::F2 || !key.Plain() || !box_.OnLookup) return false;
+        if (key.key != ui::Key::F2 || !key.Plain() || !HasLookup()) return false;
         Lookup();
         return true;
     }
@@ -146,14 +147,42 @@ protected:
             edit_->setValidator(new NumberValidator(edit_));
         else if (!box_.NumericOnly && edit_->validator())
             edit_->setValidator(nullptr);
-        lookup_->setVisible(static_cast<bool>(box_.OnLookup));
+        lookup_->setVisible(HasLookup());
+        lookup_->setToolTip(box_.DateEntry ? QStringLiteral("Calendar (F2)") : QStringLiteral("Look up (F2)"));
     }
 
 private:
+    bool HasLookup() const { return box_.DateEntry || box_.OnLookup; }
     void Lookup() {
+        if (box_.DateEntry) {
+            ShowCalendar();
+            return;
+        }
         Screen().Act([this] {
             if (box_.OnLookup) box_.OnLookup();
         });
+    }
+
+    // A month under the box, opened on the day it holds: arrows and Page Up/Down move, Enter
+    // takes the day, Esc leaves the box as it was.
+    void ShowCalendar() {
+        auto* calendar = new QCalendarWidget(edit_);
+        calendar->setObjectName(QStringLiteral("Calendar"));
+        calendar->setWindowFlags(Qt::Popup);
+        calendar->setAttribute(Qt::WA_DeleteOnClose);
+        calendar->setFirstDayOfWeek(Qt::Monday);
+        calendar->setGridVisible(true);
+        if (const auto day = Date::ParseDisplay(box_.Text()))
+            calendar->setSelectedDate(QDate(day->Year(), day->Month(), day->Day()));
+        QObject::connect(calendar, &QCalendarWidget::activated, edit_, [this, calendar](QDate day) {
+            Screen().Act([&] { box_.Type(day.toString(QStringLiteral("dd/MM/yyyy")).toStdString()); });
+            calendar->close();
+            edit_->setFocus();
+            edit_->selectAll();
+        });
+        calendar->move(edit_->mapToGlobal(QPoint(0, edit_->height())));
+        calendar->show();
+        calendar->setFocus();
     }
 
     ui::TextBox& box_;

@@ -95,6 +95,8 @@ public:
     bool TakesFocus() const override { return Visible() && Enabled(); }
 
     bool NumericOnly = false;
+    // A day, typed as dd/MM/yyyy; the desktop offers a calendar (F2).
+    bool DateEntry = false;
     int MaxLength = 0; // 0: no limit
     // A look-up the user opens with F2 or the box's button; empty: none.
     std::function<void()> OnLookup;

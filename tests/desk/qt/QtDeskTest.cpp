@@ -3,6 +3,7 @@
 #include "WidgetTestSupport.h"
 
 #include "desk/core/DeskApp.h"
+#include "desk/core/PeriodDialog.h"
 #include "desk/qt/PreviewDialog.h"
 #include "desk/qt/PrintRenderer.h"
 #include "desk/qt/QtFrontend.h"
@@ -18,6 +19,7 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QCalendarWidget>
 #include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QMenuBar>
@@ -179,6 +181,45 @@ TEST_F(QtDesk, TypingInAListFindsTheEntryOrNothing) {
     EXPECT_EQ(choose("", "KZ"), "(none)") << "nothing starts with KZ: Enter chooses nothing";
     EXPECT_EQ(choose("ja", ""), "JAGRAON");
     EXPECT_EQ(choose("X", ""), "(none)");
+}
+
+// The period dialog without the mouse: F2 opens the calendar on the day in the box, arrows
+// move, Enter takes the day; Enter moves on, a To before the From is refused, and Enter in the
+// last box accepts.
+TEST_F(QtDesk, PeriodDialogAtTheKeyboardWithItsCalendar) {
+    desk::PeriodDialog dialog(app, desk::PeriodDialog::Kind::Period,
+                              {Date::FromYmd(2024, 11, 5), Date::FromYmd(2024, 11, 5)});
+    test::WhenModalOpens([](QWidget& modal) {
+        auto* from = modal.findChild<QLineEdit*>(desk::kPeriodFromBox);
+        if (!from) return modal.close(), void();
+        from->setFocus();
+        QTest::keyClick(from, Qt::Key_F2);
+        auto* calendar = modal.findChild<QCalendarWidget*>("Calendar");
+        if (!calendar) return modal.close(), void();
+        EXPECT_EQ(calendar->selectedDate(), QDate(2024, 11, 5));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left);
+        Shoot(*calendar, "period-dialog-calendar.png");
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        EXPECT_EQ(from->text(), QStringLiteral("04/11/2024"));
+        QTest::keyClick(from, Qt::Key_Return);
+        auto* to = modal.findChild<QLineEdit*>(desk::kPeriodToBox);
+        EXPECT_EQ(QApplication::focusWidget(), to);
+        to->selectAll();
+        QTest::keyClicks(to, "03/11/2024");
+        test::WhenOpens<QMessageBox>([](QMessageBox& box) {
+            EXPECT_EQ(box.text().toStdString(),
+                      "The period cannot end before it starts: To (03/11/2024) is before From (04/11/2024).");
+            box.accept();
+        });
+        QTest::keyClick(to, Qt::Key_Return);
+        EXPECT_TRUE(modal.isVisible()) << "a refused period keeps the dialog open";
+        to->selectAll();
+        QTest::keyClicks(to, "10/11/2024");
+        Shoot(modal, "period-dialog.png");
+        QTest::keyClick(to, Qt::Key_Return);
+    });
+    ASSERT_TRUE(app.ShowModal(dialog));
+    EXPECT_EQ(dialog.Result(), (Period{Date::FromYmd(2024, 11, 4), Date::FromYmd(2024, 11, 10)}));
 }
 
 TEST_F(QtDesk, PreviewShowsEveryPageOfTheJob) {
