@@ -30,6 +30,19 @@ struct PrintRow {
     bool Has(std::string_view mark) const;
 };
 
+// A section of the firm's print designs, by its design and its name: "FormM_Head" /
+// "MainHeadForm1".
+struct DesignSection {
+    std::string design;
+    std::string section;
+};
+
+// Sections of the footer design that are not printed as text: the captions of the lines that
+// bring page totals forward and carry them forward ("Brought Forward", "Carried Forward" when
+// the design leaves them empty).
+inline constexpr const char* kBroughtForwardSection = "BFTotals";
+inline constexpr const char* kCarriedForwardSection = "CFTotals";
+
 struct PrintJob {
     std::string reportName; // key of the report, e.g. "MarketMaster"
     std::string firmName;   // the company's name, printed above the titles
@@ -37,7 +50,13 @@ struct PrintJob {
     std::string title2;
     std::vector<PrintColumn> columns;
     std::vector<PrintRow> rows;
-    // Named sections of the firm's print designs, e.g. "MainHeadForm1" -> text.
+    // The sections of the firm's print designs the report prints, in order: the head sections
+    // above each page's titles (in place of the firm's name), the foot sections at each page's
+    // foot.
+    std::vector<DesignSection> headSections;
+    std::vector<DesignSection> footSections;
+    // Their texts by section name, filled by the host from the company ("MainHeadForm1" -> the
+    // firm's heading); a section the company does not hold has none.
     std::map<std::string, std::string> sections;
     PropertyBag options; // e.g. "Wrap" -> "3"
 };

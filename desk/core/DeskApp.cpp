@@ -1,5 +1,6 @@
 #include "DeskApp.h"
 
+#include "PrintDesigns.h"
 #include "ReportDialogs.h"
 #include "Scripted.h"
 #include "SelectDialog.h"
@@ -245,7 +246,10 @@ void DeskApp::UnregisterWindow(ui::Screen& screen) {
 
 void DeskApp::Print(const PrintJob& job, PrintMode mode) {
     PrintJob named = job;
-    if (named.firmName.empty() && session_.HasCompany()) named.firmName = session_.CompanyName();
+    if (session_.HasCompany()) {
+        if (named.firmName.empty()) named.firmName = session_.CompanyName();
+        FillDesignSections(session_.Database(), named);
+    }
     frontend_.Print(named, mode);
 }
 

@@ -237,6 +237,11 @@ const std::vector<TableSpec> kTables = {
      {"VOUCHERID"}},
     {"FIRMSETTINGS", {{"NAME", "VARCHAR(60)"}, {"VALUE", "VARCHAR(1000)"}}, {"NAME"}},
     {"FIRMOPTIONS", {{"OPTIONNO", kNumber}, {"OPTIONVALUE", "VARCHAR(250)"}}, {"OPTIONNO"}},
+    // The firm's print designs: named sections of text (its heading, address, licence lines)
+    // that reports print above or below their pages
+    {"PRINTDESIGNS",
+     {{"DESIGNNAME", "VARCHAR(40)"}, {"SECTIONNAME", "VARCHAR(40)"}, {"SECTIONTEXT", "VARCHAR(4000)"}},
+     {"DESIGNNAME", "SECTIONNAME"}},
 };
 
 struct GroupSpec {

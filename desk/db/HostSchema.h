@@ -30,6 +30,8 @@ inline constexpr std::array kSchemaHistory = {
                      "party column (DOCCOLUMNS.GROUPS); boxes that must be filled (REQUIRED)"},
     SchemaVersion{8, "document lines: a line's difference quantity (DOCDATA.DIFFQTY) and the "
                      "marker of lines an extension keeps out of sight (ROWMARK)"},
+    SchemaVersion{9, "the firm's print designs PRINTDESIGNS: named sections of text printed "
+                     "above or below a report's pages"},
 };
 inline constexpr int kHostSchemaVersion = kSchemaHistory.back().version;
 

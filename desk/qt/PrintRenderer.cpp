@@ -2,6 +2,7 @@
 
 #include "CellAlignment.h"
 #include "desk/core/FileReplace.h"
+#include "PageTotals.h"
 
 #include <QBuffer>
 #include <QFontMetricsF>
@@ -10,6 +11,7 @@
 #include <QPainter>
 #include <QPdfWriter>
 
+#include <optional>
 #include <stdexcept>
 #include <vector>
 
@@ -45,6 +47,7 @@ struct Line {
     LineKind kind;
     const PrintRow* row = nullptr;
     qreal height = 0;
+    std::size_t source = 0; // the job's row the line comes from
 };
 
 struct ColumnSpan {
@@ -65,13 +68,26 @@ public:
     }
 
     void Paint() {
+        std::optional<std::size_t> lastRow; // the last row painted, whose totals run on
         for (std::size_t page = 0; page < pages_.size(); ++page) {
             if (page > 0) device_.newPage();
             qreal y = PaintHeader();
+            if (const auto brought = lastRow ? totals_.BroughtAfter(*lastRow) : std::nullopt) {
+                PaintRow(*brought, y, CarryHeight());
+                y += CarryHeight();
+                PaintRule(y + RuleHeight() / 2, 0.5);
+                y += RuleHeight();
+            }
             for (const auto& line : pages_[page]) {
                 PaintLine(line, y);
+                if (line.kind == LineKind::Row) lastRow = line.source;
                 y += line.height;
             }
+            if (page + 1 < pages_.size())
+                if (const auto carried = lastRow ? totals_.CarriedAfter(*lastRow) : std::nullopt) {
+                    PaintRule(y + RuleHeight() / 2, 0.5);
+                    PaintRow(*carried, y + RuleHeight(), CarryHeight());
+                }
             PaintFooter(page + 1);
         }
     }
@@ -84,6 +100,7 @@ private:
     }
     qreal RuleHeight() const { return Points(4); }
     qreal Padding() const { return Points(3); }
+    qreal CarryHeight() const { return LineHeight(totalsFont_); }
 
     void LayOutColumns() {
         const qreal natural = TotalTwips(job_) * dpi_ / kTwipsPerInch;
@@ -118,30 +135,57 @@ private:
 
     void LayOutLines() {
         const qreal blank = LineHeight(bodyFont_);
-        for (const auto& row : job_.rows) {
+        for (std::size_t index = 0; index < job_.rows.size(); ++index) {
+            const PrintRow& row = job_.rows[index];
             const bool rule = row.Has("hline1");
             const bool boldRule = row.Has("bhline1");
-            if (row.Has("blanklinebefore")) lines_.push_back({LineKind::Blank, nullptr, blank});
+            if (row.Has("blanklinebefore")) lines_.push_back({LineKind::Blank, nullptr, blank, index});
             // A row that only carries a rule is the rule itself; otherwise the rules underline it.
             if (!IsEmpty(row) || (!rule && !boldRule))
-                lines_.push_back({LineKind::Row, &row, LineHeight(RowFont(row))});
-            if (rule) lines_.push_back({LineKind::Rule, nullptr, RuleHeight()});
-            if (boldRule) lines_.push_back({LineKind::BoldRule, nullptr, RuleHeight()});
-            if (row.Has("blanklineafter")) lines_.push_back({LineKind::Blank, nullptr, blank});
+                lines_.push_back({LineKind::Row, &row, LineHeight(RowFont(row)), index});
+            if (rule) lines_.push_back({LineKind::Rule, nullptr, RuleHeight(), index});
+            if (boldRule) lines_.push_back({LineKind::BoldRule, nullptr, RuleHeight(), index});
+            if (row.Has("blanklineafter")) lines_.push_back({LineKind::Blank, nullptr, blank, index});
         }
+    }
+
+    // The texts of the named sections, line by line; a design's heading stands in place of the
+    // firm's name. The sections that caption the page totals are no text of their own.
+    static std::vector<std::string> SectionLines(const PrintJob& job,
+                                                 const std::vector<DesignSection>& named) {
+        std::vector<std::string> lines;
+        for (const DesignSection& section : named) {
+            if (section.section == kBroughtForwardSection || section.section == kCarriedForwardSection)
+                continue;
+            const auto text = job.sections.find(section.section);
+            if (text == job.sections.end()) continue;
+            std::size_t start = 0;
+            for (std::size_t end; (end = text->second.find('\n', start)) != std::string::npos; start = end + 1)
+                lines.push_back(text->second.substr(start, end - start));
+            lines.push_back(text->second.substr(start));
+        }
+        for (auto& line : lines)
+            if (!line.empty() && line.back() == '\r') line.pop_back();
+        return lines;
     }
 
     qreal HeaderHeight() const {
         qreal height = 0;
-        if (!job_.firmName.empty()) height += LineHeight(firmFont_);
+        if (!headLines_.empty())
+            height += LineHeight(firmFont_) + static_cast<qreal>(headLines_.size() - 1) * LineHeight(title2Font_);
+        else if (!job_.firmName.empty()) height += LineHeight(firmFont_);
         if (!job_.title.empty()) height += LineHeight(titleFont_);
         if (!job_.title2.empty()) height += LineHeight(title2Font_);
         return height + Points(6) + captionHeight_ + RuleHeight();
     }
-    qreal FooterHeight() const { return LineHeight(footerFont_) + Points(6); }
+    qreal FooterHeight() const {
+        return static_cast<qreal>(footLines_.size() + 1) * LineHeight(footerFont_) + Points(6);
+    }
 
     void Paginate() {
-        const qreal room = page_.height() - HeaderHeight() - FooterHeight();
+        qreal room = page_.height() - HeaderHeight() - FooterHeight();
+        // Room on every page for the totals brought forward and carried forward, each with its rule.
+        if (totals_.Carries()) room -= 2 * (CarryHeight() + RuleHeight());
         pages_.emplace_back();
         qreal used = 0;
         for (const auto& line : lines_) {
@@ -170,7 +214,12 @@ private:
     }
 
     qreal PaintHeader() {
-        qreal y = PaintCentred(firmFont_, job_.firmName, 0);
+        qreal y = 0;
+        if (headLines_.empty()) y = PaintCentred(firmFont_, job_.firmName, y);
+        for (std::size_t i = 0; i < headLines_.size(); ++i) {
+            const QFont& font = i == 0 ? firmFont_ : title2Font_;
+            y = headLines_[i].empty() ? y + LineHeight(font) : PaintCentred(font, headLines_[i], y);
+        }
         y = PaintCentred(titleFont_, job_.title, y);
         y = PaintCentred(title2Font_, job_.title2, y);
         y += Points(6);
@@ -232,6 +281,9 @@ private:
 
     void PaintFooter(std::size_t page) {
         const qreal height = LineHeight(footerFont_);
+        qreal y = page_.height() - static_cast<qreal>(footLines_.size() + 1) * height;
+        for (const auto& line : footLines_)
+            y = line.empty() ? y + height : PaintCentred(footerFont_, line, y);
         painter_.setFont(footerFont_);
         painter_.setPen(Qt::black);
         painter_.drawText(QRectF(0, page_.height() - height, page_.width(), height),
@@ -240,6 +292,9 @@ private:
     }
 
     const PrintJob& job_;
+    std::vector<std::string> headLines_ = SectionLines(job_, job_.headSections);
+    std::vector<std::string> footLines_ = SectionLines(job_, job_.footSections);
+    PageTotals totals_{job_};
     QPagedPaintDevice& device_;
     QPainter& painter_;
     qreal dpi_;

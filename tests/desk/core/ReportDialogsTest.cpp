@@ -4,6 +4,7 @@
 #include "support/Desk.h"
 
 #include "desk/core/PeriodDialog.h"
+#include "desk/core/PrintDesigns.h"
 #include "desk/core/SelectItemScreen.h"
 
 #include <optional>
@@ -143,6 +144,24 @@ TEST_F(ReportDialogsTest, VoucherShowsItsRowsWithHeadsAmountsAndNarrations) {
                               "DAMI A/C|1,234.50|Cr|As per I/J-Forms"}));
     app.ShowVoucher(13);
     EXPECT_EQ(Messages(), (Strings{"Voucher 13 is not in the books."}));
+}
+
+// The sections a report names are filled from the firm's designs in the company as it prints;
+// a section the firm has not written is left out, and a section saved again replaces its text.
+TEST_F(ReportDialogsTest, PrintJobTakesTheSectionsItNamesFromTheFirmsDesigns) {
+    desk::SavePrintDesign(Db(), {"FormM_Head", "MainHeadForm1", "KIRAT TRADING CO.\nKhanna"});
+    desk::SavePrintDesign(Db(), {"FormM_Head", "MainHeadForm1", "ਕਿਰਤ ਟਰੇਡਿੰਗ ਕੰਪਨੀ\nKhanna"});
+    desk::SavePrintDesign(Db(), {"FormM_Footer", "BottomLine", "Signature"});
+    desk::SavePrintDesign(Db(), {"Other_Head", "BottomLine", "not this design's"});
+    EXPECT_THROW(desk::SavePrintDesign(Db(), {"FormM_Head", " ", "x"}), std::invalid_argument);
+    PrintJob job;
+    job.headSections = {{"FormM_Head", "MainHeadForm1"}, {"FormM_Head", "MainHeadForm2"}};
+    job.footSections = {{"FormM_Footer", "BottomLine"}};
+    app.Print(job, PrintMode::Preview);
+    ASSERT_EQ(frontend.Printed().size(), 1u);
+    EXPECT_EQ(frontend.Printed()[0].first.sections,
+              (std::map<std::string, std::string>{{"MainHeadForm1", "ਕਿਰਤ ਟਰੇਡਿੰਗ ਕੰਪਨੀ\nKhanna"},
+                                                  {"BottomLine", "Signature"}}));
 }
 
 } // namespace

@@ -109,3 +109,56 @@ TEST(QtPrint, GeneralAlignmentPutsFiguresRightAndTextLeft) {
     EXPECT_EQ(print::CellAlignment(Align::Left, "12.00"), Qt::AlignLeft);
     EXPECT_EQ(print::CellAlignment(Align::Right, "Wheat"), Qt::AlignRight);
 }
+
+// The weekly Form-M as the firm prints it: its own heading and footer from its print designs on
+// every page, and the totals of every page carried to the next, under their columns.
+TEST(QtPrint, PagesCarryTheirTotalsForwardUnderTheFirmsHeadingAndFooter) {
+    PrintJob job;
+    job.title = "Form M";
+    job.title2 = "04/11/2024 to 10/11/2024";
+    job.columns = {{"Date", 1400, Align::Left},   {"Name of farmer / seller", 4000, Align::Default},
+                   {"Bags", 1100, Align::Right},  {"Rate", 1200, Align::Right},
+                   {"Amount", 1600, Align::Right}};
+    job.headSections = {{"FormM_Head", "MainHeadForm1"}, {"FormM_Head", "MainHeadForm2"}};
+    job.footSections = {{"FormM_Footer", "BFTotals"}, {"FormM_Footer", "CFTotals"}, {"FormM_Footer", "BottomLine"}};
+    job.sections = {{"MainHeadForm1", "KIRAT TRADING CO.\nCommission Agents, New Grain Market, Khanna"},
+                    {"MainHeadForm2", "Licence No. KHN/123/2024"},
+                    {"CFTotals", "Carried Forward"},
+                    {"BottomLine", "Signature of the Commission Agent"}};
+    for (int i = 1; i <= 120; ++i)
+        job.rows.push_back({{"05-Nov-2024", "FARMER " + std::to_string(i), "50", "2,320.00", "1,16,000.00"}, ""});
+    job.rows.push_back({{"", "Totals", "6000", "", "1,39,20,000.00"}, "*bhline1*hline1*totals*totalreset*"});
+    const auto pdf = test::OutputFolder() / "form-m-page-totals.pdf";
+    print::WritePdf(job, pdf.string());
+
+    const int pages = test::PdfPages(pdf);
+    ASSERT_GE(pages, 3);
+    int lastFarmer = 0;
+    for (int page = 1; page <= pages; ++page) {
+        const std::string text = test::PdfPageText(pdf, page);
+        for (const char* line : {"KIRAT TRADING CO.", "New Grain Market, Khanna", "Licence No. KHN/123/2024",
+                                 "Signature of the Commission Agent"})
+            EXPECT_NE(text.find(line), std::string::npos) << line << " on page " << page;
+        const auto brought = text.find("Brought Forward");
+        EXPECT_EQ(brought == std::string::npos, page == 1) << "page " << page;
+        if (page > 1) {
+            // What the page before carried: its farmers at 50 bags and 1,16,000.00 each.
+            const std::string figures = text.substr(brought, text.find('\n', brought) - brought);
+            EXPECT_NE(figures.find(FormatAmount(Amount::FromInt(50 * lastFarmer), "c0")), std::string::npos) << figures;
+            EXPECT_NE(figures.find(FormatAmount(Amount::FromInt(116000LL * lastFarmer), "c2")), std::string::npos)
+                << figures;
+            EXPECT_EQ(figures.find("2,320"), std::string::npos) << "the rate is no total: " << figures;
+        }
+        for (std::size_t at = text.find("FARMER "); at != std::string::npos; at = text.find("FARMER ", at + 1))
+            lastFarmer = std::max(lastFarmer, std::stoi(text.substr(at + 7)));
+        const auto carried = text.find("Carried Forward");
+        EXPECT_EQ(carried == std::string::npos, page == pages) << "page " << page;
+        if (carried != std::string::npos) {
+            const std::string figures = text.substr(carried, text.find('\n', carried) - carried);
+            EXPECT_NE(figures.find(FormatAmount(Amount::FromInt(116000LL * lastFarmer), "c2")), std::string::npos)
+                << figures;
+        }
+    }
+    EXPECT_EQ(lastFarmer, 120);
+    test::RunTool("pdftoppm -png -r 60 '" + pdf.string() + "' '" + (test::OutputFolder() / "form-m-page-totals").string() + "'");
+}
