@@ -1,6 +1,7 @@
 #include "HostMasters.h"
 
 #include "FirmSettingsScreen.h"
+#include "PrintDesignsScreen.h"
 #include "TableMaster.h"
 
 #include "host/Text.h"
@@ -281,6 +282,8 @@ void RegisterHostMasters(DeskApp& app) {
     registerMaster(AccountGroups);
     app.RegisterHostScreen("Company", "FirmSettings", "Firm Settings",
                            [&app] { return std::make_shared<FirmSettingsScreen>(app); });
+    app.RegisterHostScreen("Masters", "PrintDesigns", "Print Designs",
+                           [&app] { return std::make_shared<PrintDesignsScreen>(app); });
 }
 
 } // namespace qx::desk

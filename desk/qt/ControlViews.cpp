@@ -16,6 +16,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QValidator>
@@ -188,6 +189,37 @@ private:
     ui::TextBox& box_;
     QLineEdit* edit_;
     QToolButton* lookup_;
+};
+
+// A box of several lines: Enter starts a new line, Tab moves on.
+class TextAreaView : public CaptionedView {
+public:
+    TextAreaView(ui::TextBox& box, ScreenWidget& screen, QWidget* parent)
+        : CaptionedView(box, screen, parent), box_(box), edit_(new QPlainTextEdit(Box())) {
+        edit_->setObjectName(ToQString(box.Name()));
+        edit_->setTabChangesFocus(true);
+        Caption()->setBuddy(edit_);
+        Row()->addWidget(edit_, 1);
+        screen.WatchKeys(edit_);
+        QObject::connect(edit_, &QPlainTextEdit::textChanged, edit_, [this] {
+            Screen().Act([this] { box_.Type(edit_->toPlainText().toStdString()); });
+        });
+    }
+    QWidget* FocusWidget() const override { return edit_; }
+
+protected:
+    void RefreshContent() override {
+        RefreshCaption();
+        const QString text = ToQString(box_.Text());
+        if (edit_->toPlainText() != text) {
+            const QSignalBlocker quiet(edit_);
+            edit_->setPlainText(text);
+        }
+    }
+
+private:
+    ui::TextBox& box_;
+    QPlainTextEdit* edit_;
 };
 
 class CheckBoxView : public ControlView {
@@ -501,6 +533,8 @@ std::unique_ptr<ControlView> MakeControlView(ui::Control& control, ScreenWidget&
     case ControlKind::Label:
         return std::make_unique<LabelView>(static_cast<ui::Label&>(control), screen, parent);
     case ControlKind::TextBox:
+        if (static_cast<ui::TextBox&>(control).MultiLine)
+            return std::make_unique<TextAreaView>(static_cast<ui::TextBox&>(control), screen, parent);
         return std::make_unique<TextBoxView>(static_cast<ui::TextBox&>(control), screen, parent);
     case ControlKind::CheckBox:
         return std::make_unique<CheckBoxView>(static_cast<ui::CheckBox&>(control), screen, parent);

@@ -97,6 +97,8 @@ public:
     bool NumericOnly = false;
     // A day, typed as dd/MM/yyyy; the desktop offers a calendar (F2).
     bool DateEntry = false;
+    // Several lines: Enter starts a new line instead of moving on.
+    bool MultiLine = false;
     int MaxLength = 0; // 0: no limit
     // A look-up the user opens with F2 or the box's button; empty: none.
     std::function<void()> OnLookup;

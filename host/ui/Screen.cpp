@@ -111,6 +111,8 @@ bool Screen::KeyDown(const KeyPress& key) {
                 return true;
         return false;
     }
+    if (auto* box = dynamic_cast<TextBox*>(focused_); key.key == Key::Enter && box && box->MultiLine)
+        return false;
     if (key.key == Key::Enter || key.key == Key::Tab) {
         if (auto* grid = dynamic_cast<Grid*>(focused_)) grid->MoveNext();
         else FocusNext();

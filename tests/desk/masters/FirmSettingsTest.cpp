@@ -3,6 +3,7 @@
 #include "MastersFixture.h"
 
 #include "desk/masters/FirmSettingsScreen.h"
+#include "desk/masters/PrintDesignsScreen.h"
 
 using namespace qx;
 using desk::FirmSettingsScreen;
@@ -111,6 +112,36 @@ TEST_F(FirmSettingsTest, OptionNumbersAreCheckedAndCancelOrEscWriteNothing) {
     EXPECT_TRUE(app.OpenScreens().empty());
     EXPECT_EQ(app.DeskSession().FirmSettings().GetValue("FirmProperties").AsText(), "*TradeMenu*");
     EXPECT_EQ(Options(), (std::vector<std::string>{"Yes", "", "Yes", ""}));
+}
+
+// The firm's print designs at the keyboard: a section typed in several lines and saved with
+// F10 is in the list and in the company; F5 starts anew; F3 deletes after a Yes.
+TEST_F(FirmSettingsTest, PrintDesignsAreWrittenSectionBySection) {
+    app.ClickMenu("PrintDesigns");
+    auto& screen = dynamic_cast<desk::PrintDesignsScreen&>(*app.OpenScreens().back());
+    auto& list = screen.Get<ui::ComboBox>("cmbSection");
+    auto& text = screen.Get<ui::TextBox>("txtText");
+    screen.Get<ui::TextBox>("txtDesign").Type("FormM_Head");
+    screen.Get<ui::TextBox>("txtSection").Type(" MainHeadForm1 ");
+    text.SetFocus();
+    EXPECT_FALSE(screen.KeyDown({.key = ui::Key::Enter})) << "Enter is a new line in the text";
+    EXPECT_EQ(screen.Focused(), &text);
+    text.Type("KIRAT TRADING CO.\nLicence No. KHN/123");
+    screen.KeyDown({.key = ui::Key::F10});
+    screen.KeyDown({.key = ui::Key::F5});
+    screen.Get<ui::TextBox>("txtDesign").Type("FormM_Footer");
+    screen.Get<ui::TextBox>("txtSection").Type("BottomLine");
+    text.Type("Signature");
+    screen.KeyDown({.key = ui::Key::F10});
+    ASSERT_EQ(list.Items().size(), 2u);
+    EXPECT_EQ(list.Items()[0].text, "FormM_Footer / BottomLine");
+    ASSERT_TRUE(list.Choose("FormM_Head / MainHeadForm1"));
+    EXPECT_EQ(text.Text(), "KIRAT TRADING CO.\nLicence No. KHN/123");
+
+    frontend.QueueAnswer(kAnswerYes);
+    screen.KeyDown({.key = ui::Key::F3});
+    EXPECT_EQ(Rows("SELECT DESIGNNAME, SECTIONNAME, SECTIONTEXT FROM PRINTDESIGNS"),
+              (std::vector<std::string>{"FormM_Footer|BottomLine|Signature"}));
 }
 
 } // namespace
