@@ -316,8 +316,9 @@ qx::PrintJob FormMJob(ModuleContext& context, const ReportScope& scope, const Fo
     job.options.SetValue("Wrap", "3");
     if (!options.daily) {
         // The firm's heading and footer come from its print designs.
-        job.options.SetValue("Design.FormM_Head", "MainHeadForm1,MainHeadForm2");
-        job.options.SetValue("Design.FormM_Footer", "SUBFORM6,BFTotals,CFTotals,BottomLine");
+        for (const char* section : {"MainHeadForm1", "MainHeadForm2"}) job.headSections.push_back({"FormM_Head", section});
+        for (const char* section : {"SUBFORM6", qx::kBroughtForwardSection, qx::kCarriedForwardSection, "BottomLine"})
+            job.footSections.push_back({"FormM_Footer", section});
     }
     FormM report(context, scope, options, job);
     report.Headings(FormMHeading(scope, options.daily));

@@ -1,18 +1,6 @@
 #include "ReportScope.h"
 
-#include <ctime>
-
 namespace kivra {
-namespace {
-
-qx::Date Today() {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    return qx::Date::FromYmd(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
-}
-
-} // namespace
 
 std::string ReportScope::PeriodHeading() const { return from.ToDisplay() + " to " + to.ToDisplay(); }
 
@@ -39,7 +27,7 @@ ReportScope ReportScope::FromProperties(const qx::PropertyBag& properties) {
     ReportScope scope;
     const qx::Value from = properties.GetValue("FromDate");
     const qx::Value to = properties.GetValue("ToDate");
-    scope.from = from.IsNull() ? Today() : from.AsDate();
+    if (!from.IsNull()) scope.from = from.AsDate();
     scope.to = to.IsNull() ? scope.from : to.AsDate();
     scope.marketId = properties.GetValue("MarketID").AsInt();
     scope.marketName = properties.GetValue("MarketName").AsText();

@@ -26,7 +26,7 @@ struct ReportScope {
     // The forms of the period (cancelled ones left out) and of the market, on DocMain "b".
     std::string Condition(ModuleContext& context) const;
     // The scope a screen was handed in its properties ("FromDate", "ToDate", "MarketID",
-    // "MarketName"); a missing day is today.
+    // "MarketName"); a To missing is the From.
     static ReportScope FromProperties(const qx::PropertyBag& properties);
     void ToProperties(qx::PropertyBag& properties) const;
 };

@@ -20,6 +20,43 @@ ReportScreen::ReportScreen(ModuleContext& context, std::string name, std::string
     AddRow({&bar_});
 }
 
+void ReportScreen::Load() {
+    handed_ = !Properties().GetValue("FromDate").IsNull();
+    scope_ = ReportScope::FromProperties(Properties());
+}
+
+void ReportScreen::FirstActivate() {
+    context_.Ui().RegisterWindow(*this, Caption(), Icon);
+    if (!handed_) {
+        if (!AskPeriod()) {
+            Close();
+            return;
+        }
+        if (ByMarket()) AskMarket();
+    }
+    Build();
+    grid_.SetFocus();
+}
+
+bool ReportScreen::AskPeriodUnder(const std::string& key) {
+    const auto period = context_.Ui().AskPeriod(key);
+    if (!period) return false;
+    scope_.from = period->from;
+    scope_.to = period->to;
+    return true;
+}
+
+void ReportScreen::ChangePeriod() {
+    if (AskPeriod()) Build();
+}
+
+void ReportScreen::ChangeItems(std::string& items) {
+    auto chosen = context_.Ui().FilterItems("FilterProduct", "s");
+    if (!chosen) return;
+    items = std::move(*chosen);
+    Build();
+}
+
 void ReportScreen::AskMarket() {
     if (!MultipleMarketRqr(context_) || !Properties().GetValue("MarketID").IsNull()) return;
     std::int32_t id = 0;
@@ -36,9 +73,9 @@ void ReportScreen::AddOutputButtons() {
     bar_.AddItem("Exit,Esc: Exit,Close");
 }
 
-bool ReportScreen::Output(const std::string& key, const qx::PrintJob& job) {
+bool ReportScreen::Output(const std::string& key) {
     if (key != "Preview" && key != "Print") return false;
-    context_.Ui().Print(job, key == "Preview" ? qx::PrintMode::Preview : qx::PrintMode::Print);
+    context_.Ui().Print(Report(), key == "Preview" ? qx::PrintMode::Preview : qx::PrintMode::Print);
     return true;
 }
 

@@ -12,33 +12,43 @@ frmDailySummary::frmDailySummary(ModuleContext& context)
 
 void frmDailySummary::Load() {
     ReportScreen::Load();
-    // The period dialog and the voucher are the host's: until it offers them the period is
-    // the one the screen was opened with.
-    bar_.AddItem("Period,F4: Period,Period");
-    bar_.SetItemEnabled("Period", false);
+    bar_.AddItem("Period,F4: Period,Period", "Calendar");
     bar_.AddItem("Itemwise,F6: Item-wise Summary,Item-wise Summary");
     bar_.AddItem("Voucher,F7: Show Voucher,Show Voucher");
-    bar_.SetItemEnabled("Voucher", false);
     AddOutputButtons();
+}
+
+void frmDailySummary::Build() {
     job_ = DailySummaryJob(context_, scope_);
     Show(job_);
 }
 
-void frmDailySummary::FirstActivate() {
-    ReportScreen::FirstActivate();
-    grid_.SetFocus();
-}
-
+// The item summary is of this screen's market; it asks its own period.
 void frmDailySummary::OpenItemSummary() {
     auto items = std::make_shared<frmItemSummary>(context_);
-    scope_.ToProperties(items->Properties());
+    items->Properties().SetValue("MarketID", scope_.marketId);
+    items->Properties().SetValue("MarketName", scope_.marketName);
     items->CallingForm = shared_from_this();
     context_.Show(items);
 }
 
+// The consolidated voucher of the summary's day (of a period, its first day).
+void frmDailySummary::ShowVoucher() {
+    const qx::Value voucher = context_.Db().LookupValue(
+        "FADATA", "VOUCHERID", "DVCHDATE=" + context_.Util().SqlDate(scope_.from) + " AND DTRNTYPE='IJF'");
+    if (voucher.IsNull()) {
+        context_.Util().ShowMessage("There is no daily voucher of " + scope_.from.ToDisplay() + ".", "", "W");
+        return;
+    }
+    context_.Ui().ShowVoucher(voucher.AsInt());
+}
+
 void frmDailySummary::OnCommand(const std::string& key) {
-    if (key == "Itemwise") OpenItemSummary();
-    else if (!Output(key, job_) && key == "Exit") Close();
+    if (Output(key)) return;
+    if (key == "Period") ChangePeriod();
+    else if (key == "Itemwise") OpenItemSummary();
+    else if (key == "Voucher") ShowVoucher();
+    else if (key == "Exit") Close();
 }
 
 } // namespace kivra

@@ -23,11 +23,6 @@ void frmFormM::Load() {
     ReportScreen::Load();
     options_.daily = Properties().GetValue("DailyReport").AsBool();
     options_.items = Properties().GetValue("ItemFilter").AsText();
-    if (!options_.daily && Properties().GetValue("FromDate").IsNull()) {
-        // The weekly return of the week in hand, Monday to Sunday.
-        scope_.from = scope_.from.AddDays(1 - scope_.from.Weekday());
-        scope_.to = scope_.from.AddDays(6);
-    }
     if (options_.daily) scope_.to = scope_.from;
     CheckUtrFields(context_.Db());
 
@@ -50,20 +45,23 @@ void frmFormM::Load() {
         Build();
     };
 
-    // The item filter and the period and date dialogs are the host's: until it offers them the
-    // items and the period are the ones the screen was opened with.
     bar_.AddItem("Filter,F4: Filter,Filter");
-    bar_.SetItemEnabled("Filter", false);
     bar_.AddItem("Period,F6: Period,Period", "Calendar");
-    bar_.SetItemEnabled("Period", false);
     AddOutputButtons();
 }
 
-void frmFormM::FirstActivate() {
-    ReportScreen::FirstActivate();
-    AskMarket();
-    Build();
-    grid_.SetFocus();
+bool frmFormM::AskPeriod() {
+    if (options_.daily) {
+        const auto day = context_.Ui().AskDate("MForm");
+        if (!day) return false;
+        scope_.from = scope_.to = *day;
+        return true;
+    }
+    const auto week = context_.Ui().AskPeriod("MForm");
+    if (!week || !AcceptWeek(context_, week->from, week->to)) return false;
+    scope_.from = week->from;
+    scope_.to = week->to;
+    return true;
 }
 
 void frmFormM::Build() {
@@ -80,7 +78,10 @@ void frmFormM::Build() {
 }
 
 void frmFormM::OnCommand(const std::string& key) {
-    if (!Output(key, job_) && key == "Exit") Close();
+    if (Output(key)) return;
+    if (key == "Filter") ChangeItems(options_.items);
+    else if (key == "Period") ChangePeriod();
+    else if (key == "Exit") Close();
 }
 
 } // namespace kivra

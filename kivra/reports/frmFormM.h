@@ -3,10 +3,10 @@
 // with its choice of forms (both, the firm's own purchases, the buyers' I-Forms, or one buyer),
 // its order (by date, farmer or buyer) and whether the seller's address is printed.
 //
-// Until the host offers its period and date dialogs and its item filter, whoever opens it
-// hands it the period ("FromDate", "ToDate"; the week of today, or today for the daily
-// return, when none), the market ("MarketID", "MarketName") and the items ("ItemFilter", a
-// condition on the item master "s") in its properties.
+// Opened without a period ("FromDate", "ToDate" in its properties) it asks one under "MForm",
+// as F6 does: the weekly return a week through the period dialog and the week questions, the
+// daily return a day through the single-date dialog. F4 chooses the items through the host's
+// item filter ("FilterProduct"); it starts with every item, or those handed in "ItemFilter".
 
 #include "FormM.h"
 #include "ReportScreen.h"
@@ -16,15 +16,15 @@ namespace kivra {
 class frmFormM : public ReportScreen {
 public:
     explicit frmFormM(ModuleContext& context);
-    const qx::PrintJob& Job() const { return job_; }
+    const qx::PrintJob& Report() const override { return job_; }
 
 protected:
     void Load() override;
-    void FirstActivate() override;
+    bool AskPeriod() override;
+    void Build() override;
     std::string Heading() const override { return FormMHeading(scope_, options_.daily); }
 
 private:
-    void Build();
     void OnCommand(const std::string& key);
 
     qx::ui::ComboBox& filter_;

@@ -11,18 +11,13 @@ frmItemSummary::frmItemSummary(ModuleContext& context)
 
 void frmItemSummary::Load() {
     ReportScreen::Load();
-    // The period dialog is the host's: until it offers one the period is the one handed over.
-    bar_.AddItem("Period,F6: Period,Period");
-    bar_.SetItemEnabled("Period", false);
+    bar_.AddItem("Period,F6: Period,Period", "Calendar");
     AddOutputButtons();
 }
 
-void frmItemSummary::FirstActivate() {
-    ReportScreen::FirstActivate();
-    AskMarket();
+void frmItemSummary::Build() {
     summary_ = ItemSummaryJob(context_, scope_);
     ShowSummary();
-    grid_.SetFocus();
 }
 
 void frmItemSummary::ShowSummary() {
@@ -47,8 +42,9 @@ bool frmItemSummary::KeyDown(const qx::ui::KeyPress& key) {
 }
 
 void frmItemSummary::OnCommand(const std::string& key) {
-    if (Output(key, Job())) return;
-    if (key == "Exit") {
+    if (Output(key)) return;
+    if (key == "Period") ChangePeriod();
+    else if (key == "Exit") {
         if (detail_) ShowSummary();
         else Close();
     }

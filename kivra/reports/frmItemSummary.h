@@ -3,8 +3,9 @@
 // purchases, the J-Forms and the I-Forms of a period; Enter or a double click on a product
 // line lists the forms behind it, and Esc goes back from the listing to the summary.
 //
-// It is handed its period and market in its properties, as the daily summary does; a firm
-// that works in several markets is asked for one when none was handed.
+// The daily summary hands it its market; it asks its period ("ItemSummary") on its first
+// activation, as F6 does, and a firm that works in several markets is asked for a market when
+// none was handed.
 
 #include "ItemSummary.h"
 #include "ReportScreen.h"
@@ -14,12 +15,13 @@ namespace kivra {
 class frmItemSummary : public ReportScreen {
 public:
     explicit frmItemSummary(ModuleContext& context);
-    const qx::PrintJob& Job() const { return detail_ ? *detail_ : summary_.job; }
+    const qx::PrintJob& Report() const override { return detail_ ? *detail_ : summary_.job; }
     bool KeyDown(const qx::ui::KeyPress& key) override;
 
 protected:
     void Load() override;
-    void FirstActivate() override;
+    bool AskPeriod() override { return AskPeriodUnder("ItemSummary"); }
+    void Build() override;
 
 private:
     void ShowSummary();

@@ -11,24 +11,22 @@ frmStockRegister::frmStockRegister(ModuleContext& context)
 
 void frmStockRegister::Load() {
     ReportScreen::Load();
-    // The item filter and the period dialog are the host's: until it offers them the items
-    // and the period are the ones the screen was opened with.
+    items_ = Properties().GetValue("ItemFilter").AsText();
     bar_.AddItem("Filter,F4: Filter,Filter");
-    bar_.SetItemEnabled("Filter", false);
-    bar_.AddItem("Period,F6: Period,Period");
-    bar_.SetItemEnabled("Period", false);
+    bar_.AddItem("Period,F6: Period,Period", "Calendar");
     AddOutputButtons();
-    job_ = StockRegisterJob(context_, scope_, Properties().GetValue("ItemFilter").AsText());
+}
+
+void frmStockRegister::Build() {
+    job_ = StockRegisterJob(context_, scope_, items_);
     Show(job_);
 }
 
-void frmStockRegister::FirstActivate() {
-    ReportScreen::FirstActivate();
-    grid_.SetFocus();
-}
-
 void frmStockRegister::OnCommand(const std::string& key) {
-    if (!Output(key, job_) && key == "Exit") Close();
+    if (Output(key)) return;
+    if (key == "Filter") ChangeItems(items_);
+    else if (key == "Period") ChangePeriod();
+    else if (key == "Exit") Close();
 }
 
 } // namespace kivra

@@ -2,6 +2,7 @@
 // engine with the demo's series: each section's figures checked by hand against the forms.
 #include "ReportDayCompany.h"
 
+#include "desk/core/PeriodDialog.h"
 #include "desk/core/ReportText.h"
 #include "kivra/reports/DailySummary.h"
 #include "kivra/reports/ItemSummary.h"
@@ -162,10 +163,12 @@ TEST_F(DailySummaryTest, HeaderChargesAreSharedByValue) {
                        "*totals*totalreset*hline1* Sub Totals|3|0.60|1,200.00||50.00"}));
 }
 
-// The day's voucher opens the summary of its day; F6 the item summary of the same day and
-// market, where Enter on a product line lists its forms and Esc goes back; F8 and F9 print what
-// is shown.
-TEST_F(DailySummaryTest, TheScreensFromTheDaysVoucher) {
+// The day's voucher opens the summary of its day, asking nothing; F7 shows that voucher, F4
+// asks another period, whose day without a voucher says so; F6 opens the item summary of the
+// same market, which asks its own period, where Enter on a product line lists its forms and Esc
+// goes back; F8 and F9 print what is shown. From the menu the summary asks its period and
+// market, and a cancelled period closes it.
+TEST_F(DailySummaryTest, TheScreensFromTheDaysVoucherAndTheMenu) {
     SaveTheDay();
     EventArgs edit;
     edit.Parameters.SetValue("TrnType", "IJF");
@@ -173,25 +176,36 @@ TEST_F(DailySummaryTest, TheScreensFromTheDaysVoucher) {
     app.RaiseCustomEvent("EditVch", edit);
     EXPECT_TRUE(edit.Handled);
     auto summary = std::dynamic_pointer_cast<kivra::frmDailySummary>(app.OpenScreens().back());
-    ASSERT_TRUE(summary);
+    ASSERT_TRUE(summary) << "handed its day, it asks nothing";
     EXPECT_EQ(summary->Get<ui::Label>("lblPeriod").Text(), "Date: 04/11/2024 (Monday)");
     const auto& grid = summary->Get<ui::Grid>("Grid");
-    ASSERT_EQ(grid.Rows(), static_cast<int>(summary->Job().rows.size()) + 1);
+    ASSERT_EQ(grid.Rows(), static_cast<int>(summary->Report().rows.size()) + 1);
     EXPECT_EQ(grid.TextMatrix(2, 17), "54,878.00");
     EXPECT_EQ(grid.RowMarks(1), "*headingfonts*blanklineafter*blanklinebefore*");
-    auto& bar = summary->Get<ui::ButtonBar>("BtnBar1");
-    EXPECT_FALSE(bar.Item("Period")->enabled) << "the period dialog is the host's, still to come";
-    EXPECT_FALSE(bar.Item("Voucher")->enabled) << "showing a voucher is the host's, still to come";
     ASSERT_TRUE(summary->KeyDown({.key = ui::Key::F8}));
     ASSERT_EQ(frontend.Printed().size(), 1u);
     EXPECT_EQ(frontend.Printed()[0].first.title, "Daily Summary");
     EXPECT_EQ(frontend.Printed()[0].second, PrintMode::Preview);
 
+    std::string voucher;
+    frontend.QueueModal([&](ui::Screen& list) { voucher = list.Caption(); });
+    ASSERT_TRUE(summary->KeyDown({.key = ui::Key::F7}));
+    EXPECT_EQ(voucher, "Voucher " + Rows("SELECT DISTINCT VOUCHERID FROM FADATA WHERE DTRNTYPE='IJF'")[0] +
+                           " of 04/11/2024");
+    frontend.QueueModal(desk::TypePeriod("05/11/2024", "05/11/2024"));
+    ASSERT_TRUE(summary->KeyDown({.key = ui::Key::F4}));
+    EXPECT_EQ(summary->Get<ui::Label>("lblPeriod").Text(), "Date: 05/11/2024 (Tuesday)");
+    EXPECT_EQ(grid.Rows(), 1) << "a day without forms";
+    ASSERT_TRUE(summary->KeyDown({.key = ui::Key::F7}));
+    EXPECT_EQ(Messages(), Strings{"There is no daily voucher of 05/11/2024."});
+    frontend.ClearTranscript();
+
+    frontend.QueueModal(desk::TypePeriod("04/11/2024", "04/11/2024"));
     ASSERT_TRUE(summary->KeyDown({.key = ui::Key::F6}));
     auto items = std::dynamic_pointer_cast<kivra::frmItemSummary>(app.OpenScreens().back());
     ASSERT_TRUE(items);
     EXPECT_EQ(items->CallingForm, summary);
-    EXPECT_TRUE(Messages().empty()) << "the market was handed over: nothing is asked";
+    EXPECT_TRUE(Messages().empty()) << "the market was handed over: no list of markets";
     auto& lines = items->Get<ui::Grid>("Grid");
     EXPECT_EQ(lines.TextMatrix(12, 0), "PADDY");
     items->Focus(lines);
@@ -204,11 +218,22 @@ TEST_F(DailySummaryTest, TheScreensFromTheDaysVoucher) {
     EXPECT_EQ(frontend.Printed().back().second, PrintMode::Print);
     ASSERT_TRUE(items->KeyDown({.key = ui::Key::Escape}));
     EXPECT_EQ(lines.TextMatrix(12, 0), "PADDY") << "back to the summary";
+    frontend.QueueModal(desk::TypePeriod("05/11/2024", "05/11/2024"));
+    ASSERT_TRUE(items->KeyDown({.key = ui::Key::F6}));
+    EXPECT_EQ(lines.Rows(), 1) << "the period asked again";
     ASSERT_TRUE(items->KeyDown({.key = ui::Key::Escape}));
     EXPECT_NE(app.OpenScreens().back(), items) << "closed";
 
+    frontend.QueueModal(desk::TypePeriod("04/11/2024", "04/11/2024"));
+    ChooseInNextList("JAGRAON");
     app.ClickMenu("KvDailySummary");
-    EXPECT_TRUE(std::dynamic_pointer_cast<kivra::frmDailySummary>(app.OpenScreens().back()));
+    auto jagraon = std::dynamic_pointer_cast<kivra::frmDailySummary>(app.OpenScreens().back());
+    ASSERT_TRUE(jagraon);
+    EXPECT_FALSE(frontend.ModalPending());
+    EXPECT_EQ(jagraon->Get<ui::Label>("lblPeriod").Text(), "Date: 04/11/2024 (Monday)    Market: JAGRAON");
+    const std::size_t open = app.OpenScreens().size();
+    app.ClickMenu("KvDailySummary"); // the period dialog cancelled
+    EXPECT_EQ(app.OpenScreens().size(), open) << "no period, no report";
 }
 
 } // namespace

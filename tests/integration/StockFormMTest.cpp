@@ -2,6 +2,8 @@
 // desk's engine: each figure checked by hand against the forms.
 #include "ReportDayCompany.h"
 
+#include "desk/core/PeriodDialog.h"
+#include "desk/core/SelectItemScreen.h"
 #include "kivra/reports/FormM.h"
 #include "kivra/reports/StockRegister.h"
 #include "kivra/reports/frmFormM.h"
@@ -86,8 +88,11 @@ TEST_F(StockFormMTest, WeeklyReturnOfOneMarket) {
     EXPECT_EQ(job.title, "Form M");
     EXPECT_EQ(job.title2, "04/11/2024 to 10/11/2024    Market: KHANNA");
     EXPECT_EQ(job.options.GetValue("Wrap").AsText(), "3");
-    EXPECT_EQ(job.options.GetValue("Design.FormM_Head").AsText(), "MainHeadForm1,MainHeadForm2");
-    EXPECT_EQ(job.options.GetValue("Design.FormM_Footer").AsText(), "SUBFORM6,BFTotals,CFTotals,BottomLine");
+    Strings sections;
+    for (const auto* named : {&job.headSections, &job.footSections})
+        for (const DesignSection& section : *named) sections.push_back(section.design + "." + section.section);
+    EXPECT_EQ(sections, (Strings{"FormM_Head.MainHeadForm1", "FormM_Head.MainHeadForm2", "FormM_Footer.SUBFORM6",
+                                 "FormM_Footer.BFTotals", "FormM_Footer.CFTotals", "FormM_Footer.BottomLine"}));
     Strings captions;
     for (const PrintColumn& column : job.columns) captions.push_back(column.caption);
     EXPECT_EQ(captions, (Strings{"Date", "Item", "Book / J.F. No.", "Name of farmer / seller", "Bank Details",
@@ -159,47 +164,85 @@ TEST_F(StockFormMTest, DailyReturnMarketByMarketFilteredAndOrdered) {
         << "by market, then buyer, date, form and line";
 }
 
-// A Monday-to-Sunday week asks nothing; a week from Tuesday only says it should start on a
-// Monday; a period of other than seven days asks whether to keep it, and only No refuses it.
-TEST_F(StockFormMTest, TheWeekQuestions) {
-    auto& context = *module.Context();
-    EXPECT_TRUE(kivra::AcceptWeek(context, *Date::ParseDisplay("04/11/2024"), *Date::ParseDisplay("10/11/2024")));
+// The weekly return from the menu asks its week, and the market; F6 asks again. A
+// Monday-to-Sunday week asks nothing more; a week from Tuesday only says it should start on a
+// Monday, whatever the answer; a period of other than seven days asks whether to keep it, and
+// only No refuses it, leaving the report as it was. A cancelled first period closes the screen.
+TEST_F(StockFormMTest, TheWeekQuestionsOfFormM) {
+    SaveTheDay();
+    frontend.QueueModal(desk::TypePeriod("04/11/2024", "10/11/2024"));
+    ChooseInNextList("KHANNA");
+    app.ClickMenu("KvFormM");
+    auto formM = std::dynamic_pointer_cast<kivra::frmFormM>(app.OpenScreens().back());
+    ASSERT_TRUE(formM);
     EXPECT_TRUE(Messages().empty());
+    const auto& heading = formM->Get<ui::Label>("lblPeriod");
+    EXPECT_EQ(heading.Text(), "04/11/2024 to 10/11/2024    Market: KHANNA");
+    EXPECT_EQ(formM->Report().title2, heading.Text());
+    auto period = [&](const char* from, const char* to) {
+        frontend.ClearTranscript();
+        frontend.QueueModal(desk::TypePeriod(from, to));
+        EXPECT_TRUE(formM->KeyDown({.key = ui::Key::F6}));
+        return heading.Text();
+    };
 
     frontend.QueueAnswer(kAnswerNo);
-    EXPECT_TRUE(kivra::AcceptWeek(context, *Date::ParseDisplay("05/11/2024"), *Date::ParseDisplay("11/11/2024")));
+    EXPECT_EQ(period("05/11/2024", "11/11/2024"), "05/11/2024 to 11/11/2024    Market: KHANNA");
     EXPECT_EQ(Messages(), Strings{"Starting day of report should be Monday.\r\nDo you want to continue?"});
-    frontend.ClearTranscript();
 
     frontend.QueueAnswer(kAnswerYes);
     frontend.QueueAnswer(kAnswerNo);
-    EXPECT_TRUE(kivra::AcceptWeek(context, *Date::ParseDisplay("04/11/2024"), *Date::ParseDisplay("08/11/2024")));
+    EXPECT_EQ(period("04/11/2024", "08/11/2024"), "04/11/2024 to 08/11/2024    Market: KHANNA");
     EXPECT_EQ(Messages(), (Strings{"This report should be of one week period ending on Sunday.\r\nDo you want to continue?",
                                    "Ending day of report should be Sunday.\r\nDo you want to continue?"}));
-    frontend.ClearTranscript();
 
     frontend.QueueAnswer(kAnswerNo);
-    EXPECT_FALSE(kivra::AcceptWeek(context, *Date::ParseDisplay("05/11/2024"), *Date::ParseDisplay("08/11/2024")));
+    EXPECT_EQ(period("05/11/2024", "08/11/2024"), "04/11/2024 to 08/11/2024    Market: KHANNA") << "refused: kept";
     EXPECT_EQ(Messages().size(), 1u) << "a refused period is not questioned further";
+
+    const std::size_t open = app.OpenScreens().size();
+    frontend.QueueModal(desk::TypePeriod("04/11/2024", "06/11/2024"));
+    frontend.QueueAnswer(kAnswerNo);
+    app.ClickMenu("KvFormM");
+    EXPECT_EQ(app.OpenScreens().size(), open) << "no week, no report";
 }
 
-// The menu keys open the screens, on a day without forms too; Form-M's choices build the report again, and the seller's
-// address is kept for the next time.
+// The menu keys open the screens, on a day without forms too: the stock register asks its
+// period and no market, F4 its items; the daily return its day and market. Form-M's choices
+// build the report again, and the seller's address is kept for the next time.
 TEST_F(StockFormMTest, TheScreensFromTheMenu) {
     SaveTheDay();
+    SaveTheNextDay();
+    frontend.QueueModal(desk::TypePeriod("06/11/2024", "06/11/2024"));
     app.ClickMenu("KvStkRegister");
     ASSERT_TRUE(Messages().empty()) << Messages()[0];
     auto stock = std::dynamic_pointer_cast<kivra::frmStockRegister>(app.OpenScreens().back());
     ASSERT_TRUE(stock);
-    EXPECT_FALSE(stock->Get<ui::ButtonBar>("BtnBar1").Item("Filter")->enabled) << "the item filter is the host's, still to come";
+    auto& rows = stock->Get<ui::Grid>("Grid");
+    EXPECT_EQ(rows.Rows(), 1) << "nothing moved on 06/11/2024";
+    frontend.QueueModal(desk::TypePeriod("04/11/2024", "05/11/2024"));
+    ASSERT_TRUE(stock->KeyDown({.key = ui::Key::F6}));
+    EXPECT_EQ(stock->Get<ui::Label>("lblPeriod").Text(), "04/11/2024 to 05/11/2024");
+    EXPECT_EQ(rows.TextMatrix(6, 0), "MAIZE");
+    frontend.QueueModal([](ui::Screen& list) { desk::TakeRows(list, {{"MAIZE"}}); });
+    ASSERT_TRUE(stock->KeyDown({.key = ui::Key::F4}));
+    EXPECT_EQ(rows.TextMatrix(1, 0), "MAIZE");
+    EXPECT_EQ(rows.Rows(), 5) << "only the items chosen";
+    ASSERT_TRUE(stock->KeyDown({.key = ui::Key::F4})); // the filter cancelled
+    EXPECT_EQ(rows.Rows(), 5) << "the items as they were";
     ASSERT_TRUE(stock->KeyDown({.key = ui::Key::F9}));
-    EXPECT_EQ(frontend.Printed().back().first.title, "Stock Register");
+    EXPECT_EQ(frontend.Printed().back().first.rows[0].cells[0], "MAIZE");
 
+    frontend.QueueModal(desk::TypeDate("04/11/2024"));
     ChooseInNextList("( All Markets )");
     app.ClickMenu("KvDailyReturn");
     auto daily = std::dynamic_pointer_cast<kivra::frmFormM>(app.OpenScreens().back());
     ASSERT_TRUE(daily);
-    EXPECT_EQ(daily->Job().columns[0].caption, "SrNo");
+    EXPECT_EQ(daily->Report().columns[0].caption, "SrNo");
+    EXPECT_EQ(daily->Get<ui::Label>("lblPeriod").Text(), "Date: 04/11/2024 (Monday)");
+    frontend.QueueModal(desk::TypeDate("05/11/2024"));
+    ASSERT_TRUE(daily->KeyDown({.key = ui::Key::F6}));
+    EXPECT_EQ(daily->Get<ui::Label>("lblPeriod").Text(), "Date: 05/11/2024 (Tuesday)");
 
     auto formM = std::make_shared<kivra::frmFormM>(*module.Context());
     Day().ToProperties(formM->Properties());
@@ -209,7 +252,7 @@ TEST_F(StockFormMTest, TheScreensFromTheMenu) {
     EXPECT_EQ(formM->Caption(), "Form-M (Daily Sales Purchase Report )");
     EXPECT_EQ(formM->Get<ui::Label>("lblPeriod").Text(), "04/11/2024 to 04/11/2024    Market: KHANNA");
     auto& grid = formM->Get<ui::Grid>("Grid");
-    EXPECT_EQ(grid.Rows(), static_cast<int>(formM->Job().rows.size()) + 1);
+    EXPECT_EQ(grid.Rows(), static_cast<int>(formM->Report().rows.size()) + 1);
     auto& filter = formM->Get<ui::ComboBox>("cmbFilter");
     EXPECT_EQ(filter.Items().back().text, "SELF") << "the buyers follow the three choices";
     ASSERT_TRUE(filter.Choose("Self Purchase Only"));
