@@ -3,11 +3,15 @@
 #include "ReportDayCompany.h"
 
 #include "desk/core/PeriodDialog.h"
+#include "desk/core/PrintDesigns.h"
+#include "desk/core/ReportFile.h"
 #include "desk/core/SelectItemScreen.h"
 #include "kivra/reports/FormM.h"
 #include "kivra/reports/StockRegister.h"
 #include "kivra/reports/frmFormM.h"
 #include "kivra/reports/frmStockRegister.h"
+
+#include "desk/qt/QtTestSupport.h"
 
 #include <algorithm>
 
@@ -263,6 +267,63 @@ TEST_F(StockFormMTest, TheScreensFromTheMenu) {
     address.Click();
     EXPECT_EQ(grid.TextMatrix(3, 3), "GURMEET SINGH\nVPO RAIPUR\nRAIPUR");
     EXPECT_TRUE(app.DeskSession().FirmSettings().GetValue("FormM.SellerAddress").AsBool());
+}
+
+} // namespace
+
+namespace {
+
+// The weekly return as the firm prints it, a week of forty of Gurmeet Singh's forms: its
+// heading and footer from the firm's print designs on every page, and each page's quintals and
+// amounts carried to the next under their columns.
+TEST_F(StockFormMTest, PrintedWeeklyReturnCarriesTheFirmsDesignsAndItsPageTotals) {
+#ifndef QX_WITH_PDF
+    GTEST_SKIP() << "a build without Qt makes no PDF";
+#endif
+    SaveTheDay();
+    GiveParticulars();
+    faultsPlanted = true; // the copies of the form have no day's voucher
+    Db().ExecuteSql("INSERT INTO DOCMAIN (DOCUMENTID, DOCSERIES, DOCSERIESID, DOCNUMBER, DOCDATE, PARTYCODE, "
+                    "FORMBOOKNO, FORMNO, GROSSAMT, GRANDTOTAL, MARKETID, UTRNO, UTRDATE) WITH RECURSIVE n(i) AS "
+                    "(SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<39) SELECT 1000+i, DOCSERIES, DOCSERIESID, "
+                    "1000+i, DOCDATE, PARTYCODE, FORMBOOKNO, 1000+i, GROSSAMT, GRANDTOTAL, MARKETID, UTRNO, "
+                    "UTRDATE FROM DOCMAIN, n WHERE FORMNO='101'");
+    Db().ExecuteSql("INSERT INTO DOCDATA (DOCUMENTID, REFNO, PRODUCTID, CUSTOMERID, QUANTITY, FREEQUANTITY, "
+                    "NOOFBOXES, RATE, AMOUNT, STOCKFACTOR, JFACTOR) SELECT m.DOCUMENTID, a.REFNO, a.PRODUCTID, "
+                    "a.CUSTOMERID, a.QUANTITY, a.FREEQUANTITY, a.NOOFBOXES, a.RATE, a.AMOUNT, a.STOCKFACTOR, "
+                    "a.JFACTOR FROM DOCDATA a JOIN DOCMAIN o ON o.DOCUMENTID=a.DOCUMENTID AND o.FORMNO='101', "
+                    "DOCMAIN m WHERE m.DOCUMENTID>1000");
+    desk::SavePrintDesign(Db(), {"FormM_Head", "MainHeadForm1", "KIRAT TRADING CO.\nCommission Agents, New Grain Market, Khanna"});
+    desk::SavePrintDesign(Db(), {"FormM_Head", "MainHeadForm2", "Licence No. KHN/123/2024"});
+    desk::SavePrintDesign(Db(), {"FormM_Footer", "BottomLine", "Signature of the Commission Agent"});
+
+    frontend.QueueModal(desk::TypePeriod("04/11/2024", "10/11/2024"));
+    ChooseInNextList("KHANNA");
+    app.ClickMenu("KvFormM");
+    auto formM = std::dynamic_pointer_cast<kivra::frmFormM>(app.OpenScreens().back());
+    ASSERT_TRUE(formM);
+    ASSERT_TRUE(formM->KeyDown({.key = ui::Key::F8}));
+    const auto pdf = test::OutputFolder() / "form-m-weekly.pdf";
+    desk::SaveReport(frontend.Printed().back().first, desk::ReportFormat::Pdf, pdf);
+
+    const int pages = test::PdfPages(pdf);
+    ASSERT_GE(pages, 2);
+    for (int page = 1; page <= pages; ++page) {
+        const std::string text = test::PdfPageText(pdf, page);
+        for (const char* line : {"KIRAT TRADING CO.", "Licence No. KHN/123/2024", "Signature of the Commission Agent"})
+            EXPECT_NE(text.find(line), std::string::npos) << line << " on page " << page;
+    }
+    // Page 2 brings forward the agent's own 5 quintals of each form on page 1.
+    const std::string first = test::PdfPageText(pdf, 1);
+    int forms = 0;
+    for (auto at = first.find("GURMEET"); at != std::string::npos; at = first.find("GURMEET", at + 1)) ++forms;
+    const std::string second = test::PdfPageText(pdf, 2);
+    const auto brought = second.find("Brought Forward");
+    ASSERT_NE(brought, std::string::npos);
+    EXPECT_NE(second.substr(brought, second.find('\n', brought) - brought).find(FormatAmount(Amount::FromInt(5 * forms), "n2")),
+              std::string::npos)
+        << second;
+    test::RunTool("pdftoppm -png -r 60 -f 2 -l 2 '" + pdf.string() + "' '" + (test::OutputFolder() / "form-m-weekly").string() + "'");
 }
 
 } // namespace
