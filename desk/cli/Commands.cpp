@@ -2,6 +2,7 @@
 
 #include "EnterDocuments.h"
 #include "JsonFile.h"
+#include "ReportCommand.h"
 #include "ScreenScript.h"
 
 #include "desk/core/DeskApp.h"
@@ -43,6 +44,15 @@ constexpr const char* kUsage = R"(qx: QX Desk from the command line
         prove the books of a company (after a power cut, say): every voucher balances, every
         document's totals are its lines and charges, nothing points at what is gone, and each
         module's own rules hold; one line per fault, and the exit status is 1 when there is one
+  qx report PATH NAME [--from dd/MM/yyyy] [--to dd/MM/yyyy] [--market NAME]
+            [--option NAME=VALUE]... [--format text|csv|xlsx|pdf] [--out FILE]
+        make a module's report by its NAME (an unknown NAME lists them) through the report's
+        own screen: the period or day it asks is typed from --from and --to (--to is the
+        --from when not given), the market it asks is chosen by --market (every market when
+        "all" or none), questions are answered yes; --option sets a box, a list or a check box
+        (yes/no) of the report by its name; the report is written to FILE, or as text or CSV on
+        the standard output; every message of the report is printed, and an error it shows
+        ends the command with exit status 1
   qx sql PATH "STATEMENT" [--write]
         run one SQL statement on a company as the modules write them (SELECT FIRST n,
         decimal columns, date literals); rows are printed as CSV with a header line as they
@@ -203,6 +213,46 @@ int Enter(const std::vector<std::string>& args, std::ostream& out, std::ostream&
     return EnterDocuments(desk.app, desk.frontend, args[2], out, err) ? 0 : 1;
 }
 
+int Report(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    std::vector<std::string> operands;
+    ReportRequest request;
+    std::string format = "text";
+    for (std::size_t i = 1; i < args.size(); ++i) {
+        auto value = [&]() -> const std::string& {
+            if (i + 1 >= args.size()) throw UsageError(args[i] + " needs a value");
+            return args[++i];
+        };
+        if (args[i] == "--from") request.from = value();
+        else if (args[i] == "--to") request.to = value();
+        else if (args[i] == "--market") request.market = value();
+        else if (args[i] == "--format") format = value();
+        else if (args[i] == "--out") request.out = value();
+        else if (args[i] == "--option") {
+            const std::string& option = value();
+            const auto equals = option.find('=');
+            if (equals == std::string::npos || equals == 0)
+                throw UsageError("--option takes NAME=VALUE, not \"" + option + "\"");
+            request.options.emplace_back(option.substr(0, equals), option.substr(equals + 1));
+        } else if (args[i].starts_with("--")) throw UsageError("unknown option " + args[i]);
+        else operands.push_back(args[i]);
+    }
+    if (operands.size() != 2) throw UsageError("report needs a PATH and a report NAME");
+    request.name = operands[1];
+    const auto reportFormat = desk::ReportFormatNamed(format);
+    if (!reportFormat) throw UsageError("--format is text, csv, xlsx or pdf, not \"" + format + "\"");
+    request.format = *reportFormat;
+    if (!request.out && request.format != desk::ReportFormat::Text && request.format != desk::ReportFormat::Csv)
+        throw UsageError("--format " + format + " needs --out FILE");
+    if (request.to && !request.from) throw UsageError("--to needs --from");
+    // A day that is no day is said before the company is opened.
+    for (const auto* day : {&request.from, &request.to})
+        if (*day && !Date::ParseDisplay(**day))
+            throw std::runtime_error((day == &request.from ? "--from: " : "--to: ") + Date::DisplayRefusal(**day));
+    Desk desk(operands[0]);
+    RunReport(desk.app, desk.frontend, request, out, err);
+    return 0;
+}
+
 // One line per fault, then the notes; the exit status tells a script whether the books hold.
 int Check(const std::vector<std::string>& args, std::ostream& out) {
     if (args.size() != 2) throw UsageError("check needs a PATH");
@@ -254,6 +304,7 @@ int Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
         if (args[0] == "series" && args.size() >= 2 && args[1] == "import") return SeriesImport(args, out);
         if (args[0] == "enter") return Enter(args, out, err);
         if (args[0] == "check") return Check(args, out);
+        if (args[0] == "report") return Report(args, out, err);
         throw UsageError("unknown command \"" + args[0] + "\"");
     } catch (const UsageError& error) {
         err << "qx: " << error.what() << "\n\n" << kUsage;

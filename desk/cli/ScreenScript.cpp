@@ -11,6 +11,12 @@ ui::Key KeyFromName(const std::string& name) {
     throw std::runtime_error("unknown key \"" + name + "\"");
 }
 
+// The text of the last message shown, to say why an action was refused.
+std::string LastMessage(const desk::ScriptedFrontend& frontend) {
+    const auto& transcript = frontend.Transcript();
+    return transcript.empty() ? std::string("refused") : transcript.back().prompt;
+}
+
 int ColumnOfCaption(const ui::Grid& grid, const std::string& caption) {
     for (int col = 0; col < grid.Cols(); ++col)
         if (grid.TextMatrix(0, col) == caption) return col;
@@ -64,11 +70,7 @@ private:
         else throw std::runtime_error("not a step this script knows");
     }
 
-    // The text of the last message shown, to say why an action was refused.
-    std::string LastMessage() const {
-        const auto& transcript = frontend_.Transcript();
-        return transcript.empty() ? std::string("refused") : transcript.back().prompt;
-    }
+    std::string LastMessage() const { return cli::LastMessage(frontend_); }
 
     ui::Screen& Current() {
         if (screen_) return *screen_;
@@ -115,23 +117,12 @@ private:
 
     void TypeInto(const std::string& name, const std::string& text) {
         auto& screen = Current();
-        auto& box = screen.Get<ui::TextBox>(name);
-        screen.Focus(box);
-        if (!box.Type(text)) throw std::runtime_error("the box does not take \"" + text + "\"");
-        bool cancel = false;
-        if (box.OnValidate) box.OnValidate(cancel);
-        if (cancel) throw std::runtime_error("refused: " + LastMessage());
+        TypeAndLeave(screen, screen.Get<ui::TextBox>(name), text, frontend_);
     }
 
-    void Choose(const std::string& name, const std::string& text) {
-        if (!Current().Get<ui::ComboBox>(name).Choose(text))
-            throw std::runtime_error("no entry \"" + text + "\"");
-    }
+    void Choose(const std::string& name, const std::string& text) { ChooseEntry(Current().Get<ui::ComboBox>(name), text); }
 
-    void Check(const std::string& name, bool value) {
-        auto& box = Current().Get<ui::CheckBox>(name);
-        if (box.Checked() != value) box.Click();
-    }
+    void Check(const std::string& name, bool value) { SetCheck(Current().Get<ui::CheckBox>(name), value); }
 
     void Click(const std::string& name, int index) {
         auto* control = Current().Find(name);
@@ -169,6 +160,25 @@ private:
 };
 
 } // namespace
+
+void TypeAndLeave(ui::Screen& screen, ui::TextBox& box, const std::string& text, desk::ScriptedFrontend& frontend) {
+    screen.Focus(box);
+    if (!box.Type(text)) throw std::runtime_error("the box does not take \"" + text + "\"");
+    bool cancel = false;
+    if (box.OnValidate) box.OnValidate(cancel);
+    if (cancel) throw std::runtime_error("refused: " + LastMessage(frontend));
+}
+
+void ChooseEntry(ui::ComboBox& list, const std::string& text) {
+    if (list.Choose(text)) return;
+    std::string entries;
+    for (const auto& entry : list.Items()) entries += (entries.empty() ? "\"" : ", \"") + entry.text + "\"";
+    throw std::runtime_error("no entry \"" + text + "\"" + (entries.empty() ? "" : " (the entries: " + entries + ")"));
+}
+
+void SetCheck(ui::CheckBox& box, bool value) {
+    if (box.Checked() != value) box.Click();
+}
 
 void RunScreenScript(desk::DeskApp& app, desk::ScriptedFrontend& frontend, const nlohmann::json& steps) {
     StepRunner(app, frontend, nullptr).RunAll(steps);

@@ -29,6 +29,12 @@
 
 namespace qx::cli {
 
+// What a user does to one control, as the steps "type", "choose" and "check" do; each throws
+// std::runtime_error saying why it could not be done (a box's refusal is the message it showed).
+void TypeAndLeave(ui::Screen& screen, ui::TextBox& box, const std::string& text, desk::ScriptedFrontend& frontend);
+void ChooseEntry(ui::ComboBox& list, const std::string& text);
+void SetCheck(ui::CheckBox& box, bool value);
+
 // Throws std::runtime_error naming the step that could not be carried out.
 void RunScreenScript(desk::DeskApp& app, desk::ScriptedFrontend& frontend,
                      const nlohmann::json& steps);

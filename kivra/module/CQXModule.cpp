@@ -10,6 +10,7 @@
 #include "kivra/masters/frmMarketMaster.h"
 #include "kivra/reports/frmDailySummary.h"
 #include "kivra/reports/frmFormM.h"
+#include "kivra/reports/frmItemSummary.h"
 #include "kivra/reports/frmStockRegister.h"
 
 #include "host/Text.h"
@@ -53,6 +54,18 @@ constexpr MenuButtonDef kSpecialMenu[] = {
     {"MarketMaster", "10. Local Mandi Master", "Books"},
 };
 
+// The reports the host may run by name (`qx report`), each opened by its menu key as a click
+// opens it.
+struct ReportDef {
+    const char* name;
+    const char* key;
+};
+
+constexpr ReportDef kReports[] = {
+    {"daily-summary", "KvDailySummary"}, {"item-summary", "KvItemSummary"}, {"stock-register", "KvStkRegister"},
+    {"form-m", "KvFormM"},               {"daily-return", "KvDailyReturn"},
+};
+
 } // namespace
 
 std::shared_ptr<qx::ui::Screen> CreateScreenForKey(ModuleContext& context, const std::string& key) {
@@ -69,6 +82,7 @@ std::shared_ptr<qx::ui::Screen> CreateScreenForKey(ModuleContext& context, const
     if (key == "Kivra") return std::make_shared<frmKivraMain>(context);
     if (key == "MarketMaster") return std::make_shared<frmMarketMaster>(context);
     if (key == "KvDailySummary") return std::make_shared<frmDailySummary>(context);
+    if (key == "KvItemSummary") return std::make_shared<frmItemSummary>(context);
     if (key == "KvStkRegister") return std::make_shared<frmStockRegister>(context);
     if (key == "KvFormM" || key == "KvDailyReturn") {
         auto formM = std::make_shared<frmFormM>(context);
@@ -143,6 +157,12 @@ qx::Value CQXModule::Invoke(std::string_view operation, std::span<qx::Value> arg
         args[0] = faults;
         args[1] = notes;
         return {};
+    }
+    if (operation == "Reports") {
+        // One line a report: its name, "=", the menu key that opens it.
+        std::string list;
+        for (const auto& report : kReports) list += std::string(report.name) + "=" + report.key + "\n";
+        return list;
     }
     if (operation == "RecordInUse") {
         // The masters ask before deleting a record: the heads the day's voucher needs stay.

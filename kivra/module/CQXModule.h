@@ -25,7 +25,7 @@ public:
     qx::Object& Obj() override { return *this; }
     // The public operations, late-bound: MultipleMarketRqr, SelectMarket(id&, name&,
     // allowAll), CheckKivraFields, GetMarketName(id), GetMarketSeries(id), CheckBooks(faults&,
-    // notes&).
+    // notes&), Reports (its reports by name, each with the menu key that opens it).
     qx::Value Invoke(std::string_view operation, std::span<qx::Value> args) override;
 
     // Host application events

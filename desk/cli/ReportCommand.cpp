@@ -1,0 +1,167 @@
+#include "ReportCommand.h"
+
+#include "ScreenScript.h"
+
+#include "desk/core/PeriodDialog.h"
+#include "desk/core/ReportText.h"
+#include "desk/core/SelectDialog.h"
+#include "host/ReportSource.h"
+#include "host/Text.h"
+
+#include <ostream>
+#include <sstream>
+#include <stdexcept>
+
+namespace qx::cli {
+namespace {
+
+std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
+
+// What the report asks on opening, answered from the command line: the period or the day, and
+// the list it chooses from (the market). Whatever else opens is closed, as Esc closes it.
+class OpeningAnswers {
+public:
+    explicit OpeningAnswers(const ReportRequest& request) : request_(request) {}
+
+    void Answer(ui::Screen& dialog) {
+        if (dynamic_cast<desk::PeriodDialog*>(&dialog)) AnswerPeriod(dialog);
+        else if (dialog.Name() == desk::kSelectListScreen) AnswerList(dialog);
+    }
+
+    // A --from or --market the report never asked for would be silently ignored: refused.
+    void CheckAllAnswered() const {
+        if (request_.from && !periodAsked_)
+            throw std::runtime_error("The report " + request_.name + " asks for no period: --from and --to cannot "
+                                     "be given.");
+        if (request_.market && !IsAll(*request_.market) && !listAsked_)
+            throw std::runtime_error("The report " + request_.name + " asks for no market in this company: --market "
+                                     "cannot be given.");
+        if (!refusal_.empty()) throw std::runtime_error(refusal_);
+    }
+
+private:
+    static bool IsAll(const std::string& market) { return EqualsNoCase(market, "all"); }
+
+    // The days typed as the user types them; a day the dialog refuses leaves it open, and so
+    // cancelled, with the dialog's own message shown.
+    void AnswerPeriod(ui::Screen& dialog) {
+        periodAsked_ = true;
+        if (request_.from) dialog.Get<ui::TextBox>(desk::kPeriodFromBox).Type(*request_.from);
+        if (auto* to = dynamic_cast<ui::TextBox*>(dialog.Find(desk::kPeriodToBox)); to && request_.from)
+            to->Type(request_.to.value_or(*request_.from));
+        dialog.Get<ui::StdButtons>("OKCancel").Click(0);
+    }
+
+    // None, or "all": the list is closed, which counts every market.
+    void AnswerList(ui::Screen& list) {
+        listAsked_ = true;
+        if (!request_.market || IsAll(*request_.market)) return;
+        if (desk::ChooseInList(list, *request_.market)) return;
+        const auto& grid = list.Get<ui::Grid>(desk::kSelectListGrid);
+        std::string entries;
+        for (int row = 1; row < grid.Rows(); ++row)
+            entries += (entries.empty() ? "" : ", ") + Quoted(grid.TextMatrix(row, 0));
+        refusal_ = "There is no market " + Quoted(*request_.market) + " to choose: the list holds " + entries + ".";
+    }
+
+    const ReportRequest& request_;
+    bool periodAsked_ = false;
+    bool listAsked_ = false;
+    std::string refusal_;
+};
+
+// --option NAME=VALUE: the control of that name set as the user sets it, which builds the
+// report again.
+void SetOption(ui::Screen& screen, desk::ScriptedFrontend& frontend, const std::string& name,
+               const std::string& value) {
+    ui::Control* control = screen.Find(name);
+    try {
+        if (auto* box = dynamic_cast<ui::TextBox*>(control)) return TypeAndLeave(screen, *box, value, frontend);
+        if (auto* list = dynamic_cast<ui::ComboBox*>(control)) return ChooseEntry(*list, value);
+        if (auto* check = dynamic_cast<ui::CheckBox*>(control)) {
+            const bool yes = EqualsNoCase(value, "yes") || EqualsNoCase(value, "true") || value == "1";
+            if (!yes && !EqualsNoCase(value, "no") && !EqualsNoCase(value, "false") && value != "0")
+                throw std::runtime_error("a check box is ticked with yes or cleared with no, not " + Quoted(value));
+            return SetCheck(*check, yes);
+        }
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error("--option " + name + ": " + error.what() + ".");
+    }
+    std::string names;
+    for (const auto& each : screen.Controls())
+        if (dynamic_cast<ui::TextBox*>(each.get()) || dynamic_cast<ui::ComboBox*>(each.get()) ||
+            dynamic_cast<ui::CheckBox*>(each.get()))
+            names += (names.empty() ? "" : ", ") + each->Name();
+    throw std::runtime_error("The report has no option " + Quoted(name) + (names.empty() ? ": it has none." : ": its options are " + names + "."));
+}
+
+} // namespace
+
+std::vector<std::pair<std::string, std::string>> ModuleReports(desk::DeskApp& app) {
+    std::vector<std::pair<std::string, std::string>> reports;
+    for (const desk::LoadedModule& loaded : app.Modules()) {
+        std::string list;
+        try {
+            list = loaded.module->Obj().Invoke("Reports", {}).AsText();
+        } catch (const std::invalid_argument&) {
+            continue; // a module without reports
+        }
+        std::istringstream lines(list);
+        for (std::string line; std::getline(lines, line);)
+            if (const auto equals = line.find('='); equals != std::string::npos)
+                reports.emplace_back(line.substr(0, equals), line.substr(equals + 1));
+    }
+    return reports;
+}
+
+void RunReport(desk::DeskApp& app, desk::ScriptedFrontend& frontend, const ReportRequest& request,
+               std::ostream& out, std::ostream& err) {
+    const auto reports = ModuleReports(app);
+    std::string key, names;
+    for (const auto& [name, menuKey] : reports) {
+        if (name == request.name) key = menuKey;
+        names += (names.empty() ? "" : ", ") + name;
+    }
+    if (key.empty())
+        throw std::runtime_error("There is no report " + Quoted(request.name) +
+                                 (names.empty() ? ": no module loaded has reports." : ": the reports are " + names + "."));
+
+    // Every message is the user's to read; an error is the screen refusing the report.
+    std::string error;
+    frontend.SetDefaultAnswer(kAnswerYes); // the questions of a period that is no full week
+    frontend.OnMessage = [&](const desk::ShownMessage& message) {
+        err << request.name << ": [" << message.style << "] " << message.prompt << '\n';
+        if (message.style == "E" && error.empty()) error = message.prompt;
+    };
+    struct StopPrinting {
+        desk::ScriptedFrontend& frontend;
+        ~StopPrinting() { frontend.OnMessage = nullptr; }
+    } stopPrinting{frontend};
+    auto refuseOnError = [&] {
+        if (!error.empty()) throw std::runtime_error("The report " + request.name + " was not made: " + error);
+    };
+
+    OpeningAnswers answers(request);
+    for (int dialog = 0; dialog < 4; ++dialog) // more than any report asks on opening
+        frontend.QueueModal([&answers](ui::Screen& screen) { answers.Answer(screen); });
+    const auto before = app.OpenScreens().size();
+    app.ClickMenu(key);
+    frontend.DropModals();
+    refuseOnError();
+    if (app.OpenScreens().size() <= before)
+        throw std::runtime_error("The report " + request.name + " opened no screen.");
+    answers.CheckAllAnswered();
+    ui::Screen& screen = *app.OpenScreens().back();
+    const auto* source = dynamic_cast<const ReportSource*>(&screen);
+    if (!source) throw std::runtime_error("The screen of the report " + request.name + " does not say its report.");
+
+    for (const auto& [name, value] : request.options) {
+        SetOption(screen, frontend, name, value);
+        refuseOnError();
+    }
+    const PrintJob& job = source->Report();
+    if (request.out) desk::SaveReport(job, request.format, *request.out);
+    else out << (request.format == desk::ReportFormat::Csv ? desk::RenderCsv(job) : desk::RenderText(job));
+}
+
+} // namespace qx::cli
