@@ -47,13 +47,26 @@ PageTotals::PageTotals(const PrintJob& job)
     }
 }
 
+std::string PageTotals::Shown(const std::vector<Amount>& totals, std::size_t c) const {
+    return FormatAmount(totals[c], whole_[c] ? "c0" : "c2");
+}
+
+PrintRow PageTotals::Widest() const {
+    PrintRow widest{std::vector<std::string>(job_.columns.size()), "*totals*"};
+    for (const auto& totals : after_)
+        for (std::size_t c = 0; c < totals.size(); ++c)
+            if (auto shown = Shown(totals, c); shown.size() > widest.cells[carried_[c]].size())
+                widest.cells[carried_[c]] = std::move(shown);
+    return widest;
+}
+
 std::optional<PrintRow> PageTotals::Line(std::size_t row, const std::string& caption) const {
     if (row >= after_.size() || after_[row].empty()) return std::nullopt;
     PrintRow line;
     line.marks = "*totals*";
     line.cells.resize(job_.columns.size());
     for (std::size_t c = 0; c < carried_.size(); ++c)
-        line.cells[carried_[c]] = FormatAmount(after_[row][c], whole_[c] ? "c0" : "c2");
+        line.cells[carried_[c]] = Shown(after_[row], c);
     // The caption in the first column that carries no figure.
     for (std::size_t column = 0; column < line.cells.size(); ++column)
         if (line.cells[column].empty() && job_.columns[column].width > 0) {

@@ -23,8 +23,11 @@ public:
     // or brings them forward onto the next page; nullopt when there is nothing to carry.
     std::optional<PrintRow> CarriedAfter(std::size_t row) const;
     std::optional<PrintRow> BroughtAfter(std::size_t row) const;
+    // A line of the longest figures any page may carry, for the columns to be wide enough.
+    PrintRow Widest() const;
 
 private:
+    std::string Shown(const std::vector<Amount>& totals, std::size_t c) const;
     std::optional<PrintRow> Line(std::size_t row, const std::string& caption) const;
 
     const PrintJob& job_;

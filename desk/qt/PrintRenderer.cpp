@@ -1,8 +1,10 @@
 #include "PrintRenderer.h"
 
 #include "CellAlignment.h"
-#include "desk/core/FileReplace.h"
 #include "PageTotals.h"
+#include "ReportColumns.h"
+#include "desk/core/CellLines.h"
+#include "desk/core/FileReplace.h"
 
 #include <QBuffer>
 #include <QFontMetricsF>
@@ -19,41 +21,32 @@ namespace qx::print {
 namespace {
 
 constexpr qreal kMarginMm = 12;
-constexpr qreal kA4WidthMm = 210;
-constexpr qreal kMmPerInch = 25.4;
-constexpr qreal kTwipsPerInch = 1440;
+constexpr qreal kPaddingPoints = 3; // each side of a cell
 
 QString Text(const std::string& utf8) { return QString::fromStdString(utf8); }
 
-QFont ReportFont(qreal points, bool bold = false) {
-    QFont font;
-    // Latin first; names written in Punjabi or Hindi fall through to the faces of their script.
-    font.setFamilies({QStringLiteral("Noto Sans"), QStringLiteral("Noto Sans Gurmukhi"),
-                      QStringLiteral("Noto Sans Devanagari")});
-    font.setPointSizeF(points);
-    font.setBold(bold);
-    return font;
-}
-
-int TotalTwips(const PrintJob& job) {
-    int twips = 0;
-    for (const auto& column : job.columns) twips += std::max(column.width, 0);
-    return twips;
-}
-
 enum class LineKind { Row, Blank, Rule, BoldRule };
+
+// A cell's text set in its place: its printed lines, across the columns it takes.
+struct PlacedCell {
+    qreal x;
+    qreal width;
+    Qt::Alignment align;
+    std::vector<QString> lines;
+};
+
+// A row set in its columns, as tall as its tallest cell.
+struct PlacedRow {
+    const QFont* font = nullptr;
+    std::vector<PlacedCell> cells;
+    qreal height = 0;
+};
 
 struct Line {
     LineKind kind;
-    const PrintRow* row = nullptr;
+    PlacedRow row;
     qreal height = 0;
     std::size_t source = 0; // the job's row the line comes from
-};
-
-struct ColumnSpan {
-    std::size_t index; // into the job's columns and a row's cells
-    qreal x;
-    qreal width;
 };
 
 // Lays a job out on the device's pages and paints them.
@@ -61,8 +54,9 @@ class ReportPainter {
 public:
     ReportPainter(const PrintJob& job, QPagedPaintDevice& device, QPainter& painter)
         : job_(job), device_(device), painter_(painter), dpi_(device.logicalDpiX()),
-          page_(0, 0, device.width(), device.height()) {
-        LayOutColumns();
+          page_(0, 0, device.width(), device.height()),
+          table_(ReportColumns(job, totals_, device, Padding()).Across(page_.width())), fonts_(table_.scale) {
+        LayOutCaptions();
         LayOutLines();
         Paginate();
     }
@@ -73,7 +67,7 @@ public:
             if (page > 0) device_.newPage();
             qreal y = PaintHeader();
             if (const auto brought = lastRow ? totals_.BroughtAfter(*lastRow) : std::nullopt) {
-                PaintRow(*brought, y, CarryHeight());
+                PaintRow(PlaceRow(*brought), y);
                 y += CarryHeight();
                 PaintRule(y + RuleHeight() / 2, 0.5);
                 y += RuleHeight();
@@ -86,7 +80,7 @@ public:
             if (page + 1 < pages_.size())
                 if (const auto carried = lastRow ? totals_.CarriedAfter(*lastRow) : std::nullopt) {
                     PaintRule(y + RuleHeight() / 2, 0.5);
-                    PaintRow(*carried, y + RuleHeight(), CarryHeight());
+                    PaintRow(PlaceRow(*carried), y + RuleHeight());
                 }
             PaintFooter(page + 1);
         }
@@ -99,33 +93,51 @@ private:
         return QFontMetricsF(font, &device_).lineSpacing() * 1.2;
     }
     qreal RuleHeight() const { return Points(4); }
-    qreal Padding() const { return Points(3); }
-    qreal CarryHeight() const { return LineHeight(totalsFont_); }
+    qreal Padding() const { return Points(kPaddingPoints); }
+    qreal CarryHeight() const { return LineHeight(fonts_.totals); }
 
-    void LayOutColumns() {
-        const qreal natural = TotalTwips(job_) * dpi_ / kTwipsPerInch;
-        const qreal scale = natural > page_.width() ? page_.width() / natural : 1.0;
-        qreal x = 0;
-        for (std::size_t i = 0; i < job_.columns.size(); ++i) {
-            if (job_.columns[i].width <= 0) continue;
-            const qreal width = job_.columns[i].width * dpi_ / kTwipsPerInch * scale;
-            spans_.push_back({i, x, width});
-            x += width;
+    void LayOutCaptions() {
+        const desk::MeasureText width = Measure(fonts_.caption);
+        for (const auto& span : table_.spans) {
+            const auto lines = desk::WrapCell(job_.columns[span.index].caption, span.width - 2 * Padding(), width, 0);
+            captionLines_ = std::max(captionLines_, lines.size());
         }
-        tableWidth_ = x;
-        for (const auto& span : spans_) {
-            const QRectF box(0, 0, span.width - 2 * Padding(), page_.height());
-            const QRectF needed = QFontMetricsF(captionFont_, &device_)
-                .boundingRect(box, Qt::TextWordWrap, Text(job_.columns[span.index].caption));
-            captionHeight_ = std::max(captionHeight_, needed.height());
-        }
+        captionHeight_ = static_cast<qreal>(captionLines_) * LineHeight(fonts_.caption);
     }
 
-    const QFont& RowFont(const PrintRow& row) const {
-        if (row.Has("headingfonts")) return headingFont_;
-        if (row.Has("totals")) return totalsFont_;
-        return bodyFont_;
+    desk::MeasureText Measure(const QFont& font) const {
+        return [metrics = QFontMetricsF(font, &device_)](std::string_view text) {
+            return metrics.horizontalAdvance(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+        };
     }
+
+    // The row's cells wrapped in their columns. A text runs on over the empty cells after it,
+    // as a heading does; "Wrap" bounds how far each of its lines wraps.
+    PlacedRow PlaceRow(const std::vector<std::string>& cells, const QFont& font, std::size_t most) const {
+        PlacedRow placed{&font, {}, 0};
+        const desk::MeasureText width = Measure(font);
+        auto cell = [&](std::size_t span) -> std::string_view {
+            const std::size_t index = table_.spans[span].index;
+            return index < cells.size() ? std::string_view(cells[index]) : std::string_view();
+        };
+        std::size_t lines = 1;
+        for (std::size_t i = 0; i < table_.spans.size();) {
+            const std::string_view text = cell(i);
+            const ColumnSpan& span = table_.spans[i];
+            const Qt::Alignment align = CellAlignment(job_.columns[span.index].align, Text(std::string(text)));
+            qreal room = span.width;
+            for (++i; (align & Qt::AlignLeft) && !text.empty() && i < table_.spans.size() && cell(i).empty(); ++i)
+                room += table_.spans[i].width;
+            if (text.empty()) continue;
+            PlacedCell set{span.x + Padding(), room - 2 * Padding(), align, {}};
+            for (const auto& line : desk::WrapCell(text, set.width, width, most)) set.lines.push_back(Text(line));
+            lines = std::max(lines, set.lines.size());
+            placed.cells.push_back(std::move(set));
+        }
+        placed.height = static_cast<qreal>(lines) * LineHeight(font);
+        return placed;
+    }
+    PlacedRow PlaceRow(const PrintRow& row) const { return PlaceRow(row.cells, fonts_.Of(row), wrap_); }
 
     static bool IsEmpty(const PrintRow& row) {
         for (const auto& cell : row.cells)
@@ -134,18 +146,21 @@ private:
     }
 
     void LayOutLines() {
-        const qreal blank = LineHeight(bodyFont_);
+        const qreal blank = LineHeight(fonts_.body);
         for (std::size_t index = 0; index < job_.rows.size(); ++index) {
             const PrintRow& row = job_.rows[index];
             const bool rule = row.Has("hline1");
             const bool boldRule = row.Has("bhline1");
-            if (row.Has("blanklinebefore")) lines_.push_back({LineKind::Blank, nullptr, blank, index});
+            if (row.Has("blanklinebefore")) lines_.push_back({LineKind::Blank, {}, blank, index});
             // A row that only carries a rule is the rule itself; otherwise the rules underline it.
-            if (!IsEmpty(row) || (!rule && !boldRule))
-                lines_.push_back({LineKind::Row, &row, LineHeight(RowFont(row)), index});
-            if (rule) lines_.push_back({LineKind::Rule, nullptr, RuleHeight(), index});
-            if (boldRule) lines_.push_back({LineKind::BoldRule, nullptr, RuleHeight(), index});
-            if (row.Has("blanklineafter")) lines_.push_back({LineKind::Blank, nullptr, blank, index});
+            if (!IsEmpty(row) || (!rule && !boldRule)) {
+                PlacedRow placed = PlaceRow(row);
+                const qreal height = placed.height;
+                lines_.push_back({LineKind::Row, std::move(placed), height, index});
+            }
+            if (rule) lines_.push_back({LineKind::Rule, {}, RuleHeight(), index});
+            if (boldRule) lines_.push_back({LineKind::BoldRule, {}, RuleHeight(), index});
+            if (row.Has("blanklineafter")) lines_.push_back({LineKind::Blank, {}, blank, index});
         }
     }
 
@@ -210,7 +225,7 @@ private:
 
     void PaintRule(qreal y, qreal points) {
         painter_.setPen(QPen(Qt::black, Points(points)));
-        painter_.drawLine(QPointF(0, y), QPointF(tableWidth_, y));
+        painter_.drawLine(QPointF(0, y), QPointF(table_.width, y));
     }
 
     qreal PaintHeader() {
@@ -224,16 +239,11 @@ private:
         y = PaintCentred(title2Font_, job_.title2, y);
         y += Points(6);
         painter_.setPen(Qt::black);
-        painter_.setFont(captionFont_);
-        for (const auto& span : spans_) {
-            const auto& column = job_.columns[span.index];
-            const QString caption = Text(column.caption);
-            painter_.drawText(QRectF(span.x + Padding(), y, span.width - 2 * Padding(),
-                                     captionHeight_),
-                              CellAlignment(column.align, caption) | Qt::AlignBottom |
-                                  Qt::TextWordWrap,
-                              caption);
-        }
+        PlacedRow captions = PlaceRow(Captions(), fonts_.caption, 0);
+        // Captions stand on the rule under them, each as low as its column's last line.
+        for (auto& cell : captions.cells)
+            cell.lines.insert(cell.lines.begin(), captionLines_ - std::min(captionLines_, cell.lines.size()), QString());
+        PaintRow(captions, y);
         y += captionHeight_;
         PaintRule(y + RuleHeight() / 2, 0.8);
         return y + RuleHeight();
@@ -244,39 +254,32 @@ private:
         case LineKind::Blank: return;
         case LineKind::Rule: PaintRule(y + line.height / 2, 0.5); return;
         case LineKind::BoldRule: PaintRule(y + line.height / 2, 1.5); return;
-        case LineKind::Row: PaintRow(*line.row, y, line.height); return;
+        case LineKind::Row: PaintRow(line.row, y); return;
         }
     }
 
-    void PaintRow(const PrintRow& row, qreal y, qreal height) {
-        const QFont& font = RowFont(row);
-        const QFontMetricsF metrics(font, &device_);
-        painter_.setFont(font);
+    void PaintRow(const PlacedRow& row, qreal y) {
+        const QFontMetricsF metrics(*row.font, &device_);
+        const qreal height = LineHeight(*row.font);
+        painter_.setFont(*row.font);
         painter_.setPen(Qt::black);
-        // One baseline for the row: names in Gurmukhi or Devanagari come from faces with
-        // other heights, and centring each cell by its own face would set them askew.
-        const qreal baseline = y + (height - metrics.ascent() - metrics.descent()) / 2 + metrics.ascent();
-        auto cell = [&](std::size_t span) -> QString {
-            const std::size_t index = spans_[span].index;
-            return index < row.cells.size() ? Text(row.cells[index]) : QString();
-        };
-        for (std::size_t i = 0; i < spans_.size(); ++i) {
-            const QString text = cell(i);
-            if (text.isEmpty()) continue;
-            const Qt::Alignment align = CellAlignment(job_.columns[spans_[i].index].align, text);
-            qreal width = spans_[i].width;
-            // Left-aligned text runs on over the empty cells after it, as a heading does.
-            if (align & Qt::AlignLeft)
-                for (std::size_t next = i + 1; next < spans_.size() && cell(next).isEmpty(); ++next)
-                    width += spans_[next].width;
-            const qreal room = width - 2 * Padding();
-            const QString shown = metrics.elidedText(text, Qt::ElideRight, room);
-            const qreal spare = room - metrics.horizontalAdvance(shown);
-            qreal x = spans_[i].x + Padding();
-            if (align & Qt::AlignRight) x += spare;
-            else if (align & Qt::AlignHCenter) x += spare / 2;
-            painter_.drawText(QPointF(x, baseline), shown);
-        }
+        // One baseline a line: names in Gurmukhi or Devanagari come from faces with other
+        // heights, and centring each cell by its own face would set them askew.
+        const qreal baseline = (height - metrics.ascent() - metrics.descent()) / 2 + metrics.ascent();
+        for (const PlacedCell& cell : row.cells)
+            for (std::size_t line = 0; line < cell.lines.size(); ++line) {
+                const qreal spare = cell.width - metrics.horizontalAdvance(cell.lines[line]);
+                qreal x = cell.x;
+                if (cell.align & Qt::AlignRight) x += spare;
+                else if (cell.align & Qt::AlignHCenter) x += spare / 2;
+                painter_.drawText(QPointF(x, y + static_cast<qreal>(line) * height + baseline), cell.lines[line]);
+            }
+    }
+
+    std::vector<std::string> Captions() const {
+        std::vector<std::string> captions;
+        for (const auto& column : job_.columns) captions.push_back(column.caption);
+        return captions;
     }
 
     void PaintFooter(std::size_t page) {
@@ -295,20 +298,18 @@ private:
     std::vector<std::string> headLines_ = SectionLines(job_, job_.headSections);
     std::vector<std::string> footLines_ = SectionLines(job_, job_.footSections);
     PageTotals totals_{job_};
+    std::size_t wrap_ = desk::WrapLimit(job_);
     QPagedPaintDevice& device_;
     QPainter& painter_;
     qreal dpi_;
     QRectF page_;
+    TableLayout table_;
+    TableFonts fonts_;
     QFont firmFont_ = ReportFont(14, true);
     QFont titleFont_ = ReportFont(12, true);
     QFont title2Font_ = ReportFont(10);
-    QFont captionFont_ = ReportFont(9, true);
-    QFont bodyFont_ = ReportFont(9);
-    QFont totalsFont_ = ReportFont(9, true);
-    QFont headingFont_ = ReportFont(11, true);
     QFont footerFont_ = ReportFont(8);
-    std::vector<ColumnSpan> spans_;
-    qreal tableWidth_ = 0;
+    std::size_t captionLines_ = 1;
     qreal captionHeight_ = 0;
     std::vector<Line> lines_;
     std::vector<std::vector<Line>> pages_;
@@ -338,12 +339,15 @@ void PaintOn(const PrintJob& job, QPagedPaintDevice& device, const std::string& 
 } // namespace
 
 void SetUpPage(const PrintJob& job, QPagedPaintDevice& device) {
-    const qreal portraitTwips = (kA4WidthMm - 2 * kMarginMm) / kMmPerInch * kTwipsPerInch;
-    const auto orientation =
-        TotalTwips(job) > portraitTwips ? QPageLayout::Landscape : QPageLayout::Portrait;
-    device.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), orientation,
-                                     QMarginsF(kMarginMm, kMarginMm, kMarginMm, kMarginMm),
-                                     QPageLayout::Millimeter));
+    auto layout = [&](QPageLayout::Orientation orientation) {
+        device.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), orientation,
+                                         QMarginsF(kMarginMm, kMarginMm, kMarginMm, kMarginMm),
+                                         QPageLayout::Millimeter));
+    };
+    layout(QPageLayout::Portrait);
+    const PageTotals totals(job);
+    const qreal padding = kPaddingPoints * device.logicalDpiX() / 72;
+    if (ReportColumns(job, totals, device, padding).Overflow(device.width())) layout(QPageLayout::Landscape);
 }
 
 void Render(const PrintJob& job, QPagedPaintDevice& device) {
