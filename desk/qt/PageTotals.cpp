@@ -65,8 +65,9 @@ std::optional<PrintRow> PageTotals::Line(std::size_t row, const std::string& cap
     PrintRow line;
     line.marks = "*totals*";
     line.cells.resize(job_.columns.size());
+    // A column nothing was added to since its last totals stays blank, as the report's own do.
     for (std::size_t c = 0; c < carried_.size(); ++c)
-        line.cells[carried_[c]] = Shown(after_[row], c);
+        if (!after_[row][c].IsZero()) line.cells[carried_[c]] = Shown(after_[row], c);
     // The caption in the first column that carries no figure.
     for (std::size_t column = 0; column < line.cells.size(); ++column)
         if (line.cells[column].empty() && job_.columns[column].width > 0) {

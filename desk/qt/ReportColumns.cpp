@@ -18,9 +18,12 @@ constexpr qreal kTwipsPerInch = 1440;
 constexpr qreal kScaleStep = 0.05;
 constexpr qreal kSmallestScale = 2.0 / 3.0;
 
+// Type set smaller is not quite in proportion: a little room over what the full size measures.
+constexpr qreal kSlack = 1.02;
+
 desk::MeasureText Measure(const QFont& font, const QPaintDevice& device) {
     return [metrics = QFontMetricsF(font, &device)](std::string_view text) {
-        return metrics.horizontalAdvance(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+        return kSlack * metrics.horizontalAdvance(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
     };
 }
 

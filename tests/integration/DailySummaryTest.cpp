@@ -70,6 +70,15 @@ TEST_F(DailySummaryTest, TheDaysFormsInEverySection) {
         "*hline1*",
         "*hline1*totals*totalreset* Totals (Pending Items)|||||||1.00|||2,050.00",
     }));
+#ifdef QX_WITH_PDF
+    // On paper, its twenty-three columns on one page across, every figure stands whole.
+    const std::string paper = Printed(job, "daily-summary");
+    for (const char* figure : {"54,878.00", "83,073.00", "74,336.00", "1,801.25", "47,660.00", "-1,000.00", "2,050.00"})
+        EXPECT_NE(paper.find(figure), std::string::npos) << figure << " in\n" << paper;
+    // A page's totals leave blank the columns nothing was added to, as the report's totals do.
+    for (auto at = paper.find("Forward"); at != std::string::npos; at = paper.find("Forward", at + 1))
+        EXPECT_EQ(paper.substr(at, paper.find('\n', at) - at).find(" 0.00"), std::string::npos) << paper;
+#endif
 }
 
 // One market of the day, and a period of a firm that works in one market.

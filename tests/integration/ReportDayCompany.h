@@ -3,6 +3,8 @@
 // registers and returns to report on, and a report's rows as text to compare.
 #include "DemoSeriesCompany.h"
 
+#include "desk/core/ReportFile.h"
+#include "desk/qt/QtTestSupport.h"
 #include "kivra/reports/ReportScope.h"
 
 namespace qx::test {
@@ -70,6 +72,16 @@ protected:
     static kivra::ReportScope Period(const char* from, const char* to, std::int32_t market = 0,
                                      std::string name = {}) {
         return {*Date::ParseDisplay(from), *Date::ParseDisplay(to), market, std::move(name)};
+    }
+    // The report printed as PDF (NAME.pdf), its first page kept as NAME-1.png for a person to
+    // look at; the text of its pages as poppler reads it back.
+    static std::string Printed(const PrintJob& job, const std::string& name) {
+        const auto pdf = OutputFolder() / (name + ".pdf");
+        desk::SaveReport(job, desk::ReportFormat::Pdf, pdf);
+        std::string text;
+        for (int page = 1, pages = PdfPages(pdf); page <= pages; ++page) text += PdfPageText(pdf, page);
+        RunTool("pdftoppm -png -r 60 -f 1 -l 1 '" + pdf.string() + "' '" + (OutputFolder() / name).string() + "'");
+        return text;
     }
 };
 

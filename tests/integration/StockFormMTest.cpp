@@ -75,6 +75,11 @@ TEST_F(StockFormMTest, StockRegisterDayByDayWithTheBalanceCarried) {
     ASSERT_FALSE(maize.empty());
     EXPECT_EQ(maize[0], "*headingfonts*blanklinebefore*blanklineafter* MAIZE");
     EXPECT_EQ(maize.size(), 4u) << "only the items chosen";
+#ifdef QX_WITH_PDF
+    const std::string paper = Printed(both, "stock-register");
+    for (const char* line : {"04/11/2024", "05/11/2024", "26.00", "18.50", "18.00", "17.00"})
+        EXPECT_NE(paper.find(line), std::string::npos) << line << " in\n" << paper;
+#endif
 }
 
 // The weekly return of one market, forms in date order. By hand, at the items' rates (paddy:

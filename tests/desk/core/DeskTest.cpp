@@ -87,8 +87,28 @@ TEST(ReportText, ColumnsLineUpWhateverTheScript) {
     job.columns = {{"Sr. No.", 600, Align::Right}, {"Market Name", 2500, Align::Default}, {"Form Series", 800, Align::Default}};
     job.rows = {{{"1", "ਖੰਨਾ", "KHN"}, ""}, {{"2", "D'SOUZA, \"NEW\"", "DS"}, ""}};
     auto text = desk::RenderText(job);
-    EXPECT_NE(text.find("      1  ਖੰਨਾ              KHN\n      2  D'SOUZA, \"NEW\"  DS\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("    1  ਖੰਨਾ              KHN\n    2  D'SOUZA, \"NEW\"  DS\n"), std::string::npos) << text;
     EXPECT_EQ(desk::RenderCsv(job), "Sr. No.,Market Name,Form Series\n1,ਖੰਨਾ,KHN\n2,\"D'SOUZA, \"\"NEW\"\"\",DS\n");
+}
+
+// A weekly return's cells in text: the seller's particulars and the fees one a line, the name
+// wrapped within its column no further than "Wrap" allows, figures whole however narrow the
+// report made their column, a heading running on beside empty cells, the hidden column gone.
+TEST(ReportText, CellsOfSeveralLinesWrapAndFiguresStayWhole) {
+    PrintJob job;
+    job.columns = {{"Seller", 1200, Align::Default}, {"Fee", 300, Align::Default},
+                   {"Hidden", 0, Align::Default}, {"Amount", 300, Align::Right}};
+    job.options.SetValue("Wrap", "2");
+    job.rows = {{{"PADDY AND MAIZE OF THE SEASON"}, "*headingfonts*"},
+                {{"GURMEET SINGH S/O HARBANS SINGH\nVPO RAIPUR", "200.00\n100.00\n50.00", "x", "4,00,00,000.00"}, ""}};
+    EXPECT_EQ(desk::RenderText(job), "Seller      Fee             Amount\n"
+                                     "----------------------------------\n"
+                                     "PADDY AND MAIZE OF THE SEASON\n"
+                                     "GURMEET     200.00  4,00,00,000.00\n"
+                                     "SINGH S/O…  100.00\n"
+                                     "VPO RAIPUR   50.00\n");
+    EXPECT_EQ(desk::RenderCsv(job), "Seller,Fee,Amount\nPADDY AND MAIZE OF THE SEASON,,\n"
+                                    "\"GURMEET SINGH S/O HARBANS SINGH\nVPO RAIPUR\",\"200.00\n100.00\n50.00\",\"4,00,00,000.00\"\n");
 }
 
 } // namespace

@@ -38,6 +38,23 @@ PrintJob DailySummary() {
     return job;
 }
 
+// pdfinfo: "Page size:       595 x 842 pts (A4)".
+bool IsLandscape(const std::filesystem::path& pdf) {
+    const std::string info = test::RunTool("pdfinfo '" + pdf.string() + "'");
+    double width = 0, height = 0;
+    const auto at = info.find("Page size:");
+    EXPECT_NE(at, std::string::npos) << info;
+    EXPECT_EQ(std::sscanf(info.c_str() + at, "Page size: %lf x %lf", &width, &height), 2);
+    EXPECT_NE(info.find("(A4)", at), std::string::npos) << info;
+    return width > height;
+}
+
+int Occurrences(const std::string& text, const std::string& part) {
+    int found = 0;
+    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++found;
+    return found;
+}
+
 } // namespace
 
 // Runs first in its own process under CTest: no Qt application exists, as in `qx`.
@@ -80,18 +97,8 @@ TEST(QtPrint, PageTurnsToLandscapeOnlyWhenTheColumnsNeedIt) {
     const auto widePdf = test::OutputFolder() / "wide.pdf";
     print::WritePdf(empty, emptyPdf.string());
     print::WritePdf(wide, widePdf.string());
-    // pdfinfo: "Page size:       595 x 842 pts (A4)".
-    auto isLandscape = [](const std::filesystem::path& pdf) {
-        const std::string info = test::RunTool("pdfinfo '" + pdf.string() + "'");
-        double width = 0, height = 0;
-        const auto at = info.find("Page size:");
-        EXPECT_NE(at, std::string::npos) << info;
-        EXPECT_EQ(std::sscanf(info.c_str() + at, "Page size: %lf x %lf", &width, &height), 2);
-        EXPECT_NE(info.find("(A4)", at), std::string::npos) << info;
-        return width > height;
-    };
-    EXPECT_FALSE(isLandscape(emptyPdf));
-    EXPECT_TRUE(isLandscape(widePdf));
+    EXPECT_FALSE(IsLandscape(emptyPdf));
+    EXPECT_TRUE(IsLandscape(widePdf));
     ASSERT_EQ(test::PdfPages(emptyPdf), 1);
     const std::string text = test::PdfPageText(emptyPdf, 1);
     EXPECT_NE(text.find("Stock Register"), std::string::npos);
@@ -161,4 +168,43 @@ TEST(QtPrint, PagesCarryTheirTotalsForwardUnderTheFirmsHeadingAndFooter) {
     }
     EXPECT_EQ(lastFarmer, 120);
     test::RunTool("pdftoppm -png -r 60 '" + pdf.string() + "' '" + (test::OutputFolder() / "form-m-page-totals").string() + "'");
+}
+
+// Cells of several lines and figures wider than the report designed their columns, more of
+// them than a landscape page holds at full size: every line prints on its own line, every
+// figure whole, and a name too long for "Wrap" ends in "…" rather than running into its
+// neighbour.
+TEST(QtPrint, CellsOfSeveralLinesPrintEveryLineAndFiguresWhole) {
+    PrintJob job;
+    job.title = "Form M";
+    job.columns = {{"Name of farmer / seller", 2000, Align::Default}, {"Buyer", 1500, Align::Default},
+                   {"Fee Amount", 400, Align::Default}};
+    for (int c = 1; c <= 9; ++c) job.columns.push_back({"Amount " + std::to_string(c), 400, Align::Right});
+    job.options.SetValue("Wrap", "2");
+    constexpr int kRows = 30;
+    for (int i = 1; i <= kRows; ++i) {
+        PrintRow row{{"GURMEET SINGH\nVPO RAIPUR\nPAN: ABCPS1234K", "PUNGRAIN\nCHANDIGARH", "200.00\n100.00\n50.00"}, ""};
+        if (i == 1) row.cells[0] = "HARBANS SINGH SON OF GURDIAL SINGH OF VILLAGE RAIPUR KALAN NEAR KHANNA";
+        row.cells.resize(job.columns.size(), "9,99,99,999.99");
+        job.rows.push_back(row);
+    }
+    PrintRow totals{{"Totals", "", ""}, "*bhline1*totals*"};
+    totals.cells.resize(job.columns.size(), "1,20,00,00,000.00");
+    job.rows.push_back(totals);
+    const auto pdf = test::OutputFolder() / "multi-line-cells.pdf";
+    print::WritePdf(job, pdf.string());
+
+    EXPECT_TRUE(IsLandscape(pdf));
+    std::string all;
+    for (int page = 1, pages = test::PdfPages(pdf); page <= pages; ++page) all += test::PdfPageText(pdf, page);
+    EXPECT_EQ(Occurrences(all, "9,99,99,999.99"), 9 * kRows) << all;
+    EXPECT_EQ(Occurrences(all, "1,20,00,00,000.00"), 9) << all;
+    for (const char* line : {"VPO RAIPUR", "ABCPS1234K"}) EXPECT_EQ(Occurrences(all, line), kRows - 1) << line;
+    for (const char* line : {"PUNGRAIN", "CHANDIGARH", "200.00", "100.00", "50.00"})
+        EXPECT_EQ(Occurrences(all, line), kRows) << line;
+    for (const char* runTogether : {"PUNGRAINCHANDIGARH", "200.00100.00", "RAIPURPAN"})
+        EXPECT_EQ(all.find(runTogether), std::string::npos) << runTogether;
+    EXPECT_NE(all.find("…"), std::string::npos) << "the long name is cut short where Wrap ends it";
+    EXPECT_EQ(all.find("KHANNA"), std::string::npos);
+    test::RunTool("pdftoppm -png -r 60 -f 1 -l 1 '" + pdf.string() + "' '" + (test::OutputFolder() / "multi-line-cells").string() + "'");
 }
