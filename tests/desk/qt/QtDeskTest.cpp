@@ -229,7 +229,7 @@ TEST_F(QtDesk, PreviewShowsEveryPageOfTheJob) {
     job.columns = {{"Date", 1200}, {"Receipt", 1200, Align::Right}, {"Sale", 1200, Align::Right}};
     for (int day = 1; day <= 120; ++day)
         job.rows.push_back({{std::to_string(day) + "/04/2024", "100.00", "75.50"}, ""});
-    const auto pdf = test::OutputFolder() / "stock-register.pdf";
+    const auto pdf = test::OutputFolder() / "preview-pages.pdf"; // a name of its own: tests run at once
     print::WritePdf(job, pdf.string());
 
     desk::PreviewDialog preview(job);
