@@ -9,6 +9,7 @@
 #include "kivra/documents/DailyVoucher.h"
 #include "kivra/documents/Levies.h"
 #include "kivra/module/mKivraModule.h"
+#include "kivra/reports/FormM.h"
 
 #include <nlohmann/json.hpp>
 
@@ -296,7 +297,7 @@ public:
               db, "DOCMAIN",
               "DOCUMENTID, DOCSERIES, DOCSERIESID, DOCNUMBER, DOCDATE, PARTYCODE, GROSSAMT, "
               "GRANDTOTAL, LABOUR, LOADING, ROUNDOFFAMT, CANCELLED, SALETYPE, VOUCHERID, MarketID, "
-              "FormBookNo, FormNo, DamiAmt, StitchAmt, DharmadaAmt"),
+              "FormBookNo, FormNo, DamiAmt, StitchAmt, DharmadaAmt, UTRNo, UTRDate"),
           lines_(
               db, "DOCDATA",
               "DOCUMENTID, REFNO, PRODUCTID, CUSTOMERID, QUANTITY, QTYPERBOX, NOOFBOXES, PCS, "
@@ -369,7 +370,8 @@ private:
     }
     void WriteMain(int documentId, bool jForm, int number, qx::Date day, int party,
                    const desk::DocumentTotals& totals, std::size_t market, std::pair<int, int> form,
-                   Amount labour, Amount loading, Amount dami, Amount stitching, Amount dharmada) {
+                   Amount labour, Amount loading, Amount dami, Amount stitching, Amount dharmada,
+                   const std::string& utr = {}) {
         mains_.Add({N(documentId),
                     jForm ? "'JF'" : "'IF'",
                     N(jForm ? jFormSeries_ : iFormSeries_),
@@ -389,7 +391,9 @@ private:
                     N(form.second),
                     N(dami),
                     N(stitching),
-                    N(dharmada)});
+                    N(dharmada),
+                    utr.empty() ? "NULL" : qx::SqlQuote(utr),
+                    utr.empty() ? "NULL" : Literal(day)});
     }
 
     void WriteDay(int dayIndex, bool lastDay) {
@@ -459,16 +463,15 @@ private:
         const Amount labourRate = A(item.labourJF);
         const auto docTotals = desk::ComputeTotals(gross, Amount::FromInt(bags),
                                                    {{labourRate, ChargeBasis::PerBag, -1}});
-        WriteMain(documentId, true, ++jFormNumber_, day, farmer, docTotals, market, form,
-                  docTotals.charges[0], {}, {}, {}, {});
-        charges_.Add({N(documentId), "1", "'LABOUR'", N(labourRate), N(docTotals.charges[0]), "0"});
-
         // The farmer is paid by bank transfer the same day; Form-M reports its UTR.
         const int payment = ++voucherId_;
-        const std::string utr =
-            "Paid by NEFT, UTR PUNBH" + day.Format("yyMMdd") + std::to_string(payment);
-        Post(payment, 1, day, "BP", {farmer, docTotals.grandTotal, utr});
-        Post(payment, 2, day, "BP", {kBank, -docTotals.grandTotal, utr});
+        const std::string utr = "PUNBH" + day.Format("yyMMdd") + std::to_string(payment);
+        WriteMain(documentId, true, ++jFormNumber_, day, farmer, docTotals, market, form,
+                  docTotals.charges[0], {}, {}, {}, {}, utr);
+        charges_.Add({N(documentId), "1", "'LABOUR'", N(labourRate), N(docTotals.charges[0]), "0"});
+
+        Post(payment, 1, day, "BP", {farmer, docTotals.grandTotal, "Paid by NEFT, UTR " + utr});
+        Post(payment, 2, day, "BP", {kBank, -docTotals.grandTotal, "Paid by NEFT, UTR " + utr});
         Register(payment, day, "BP");
     }
 
@@ -635,6 +638,7 @@ void MakeSeasonCompany(const std::filesystem::path& path, const SeasonSize& size
     CompanyDb& db = session.Database();
     kivra::CheckMarketTable(db);
     kivra::CheckKivraFields(db);
+    kivra::CheckUtrFields(db);
     // The item master's rate columns, as the "Kivra Rates" screen makes sure of them.
     db.AddFields("STKMASTER", "Decimal(8,4)", {"qLoadingIF"});
     db.AddFields("STKMASTER", "Decimal(12,4)",
