@@ -465,7 +465,7 @@ private:
                                                    {{labourRate, ChargeBasis::PerBag, -1}});
         // The farmer is paid by bank transfer the same day; Form-M reports its UTR.
         const int payment = ++voucherId_;
-        const std::string utr = "PUNBH" + day.Format("yyMMdd") + std::to_string(payment);
+        const std::string utr = "PUNBH" + day.Format("yyyyMMdd") + std::to_string(payment);
         WriteMain(documentId, true, ++jFormNumber_, day, farmer, docTotals, market, form,
                   docTotals.charges[0], {}, {}, {}, {}, utr);
         charges_.Add({N(documentId), "1", "'LABOUR'", N(labourRate), N(docTotals.charges[0]), "0"});

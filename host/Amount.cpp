@@ -219,6 +219,16 @@ Amount Amount::FromDouble(double value) {
     if (std::isinf(value)) {
         throw std::overflow_error("amount out of range");
     }
+    // A value of at most four decimals, as a decimal column holds, is that decimal when it
+    // reads back as the double itself: below 2^33 a double's neighbours lie closer than a
+    // ten-thousandth, so no other decimal of four places reads back as it. Read so without
+    // writing it out, a report's every figure is cheap.
+    if (std::abs(value) < 0x1p33) {
+        const double raw = std::nearbyint(value * kScale);
+        if (raw / kScale == value) {
+            return Amount(static_cast<std::int64_t>(raw));
+        }
+    }
     // Round the shortest decimal that reads back as this double, which is the value that was
     // written, not its binary neighbour: 0.00015 is stored a hair below the half and must
     // still round as the half does.

@@ -47,9 +47,10 @@ public:
     virtual int FieldCount() const = 0;
     virtual std::string FieldName(int index) const = 0;
     virtual bool HasField(std::string_view name) const = 0;
-    // Throws DbError for a name the row set does not have, or past the last row.
-    virtual Value Field(std::string_view name) const = 0;
-    virtual Value Field(int index) const = 0;
+    // Throws DbError for a name the row set does not have, or past the last row. The value is
+    // the row set's, read without a copy; it stands until a row is added or the set closed.
+    virtual const Value& Field(std::string_view name) const = 0;
+    virtual const Value& Field(int index) const = 0;
 
     virtual void AddNew() = 0;
     virtual void SetField(std::string_view name, Value value) = 0;

@@ -11,13 +11,8 @@
 namespace qx::db {
 namespace {
 
-// Field names are found without regard to letter case.
-std::string NameKey(std::string_view name) {
-    std::string key(name);
-    for (char& c : key)
-        if (c >= 'a' && c <= 'z')
-            c = static_cast<char>(c - 32);
-    return key;
+char Upper(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
 }
 
 std::string QuotedName(std::string_view name) {
@@ -28,6 +23,17 @@ std::string QuotedName(std::string_view name) {
 }
 
 } // namespace
+
+std::size_t SqliteRecordset::NameHash::operator()(std::string_view name) const {
+    std::size_t hash = 14695981039346656037u; // FNV-1a, over the name in capitals
+    for (char c : name)
+        hash = (hash ^ static_cast<unsigned char>(Upper(c))) * 1099511628211u;
+    return hash;
+}
+
+bool SqliteRecordset::NameEqual::operator()(std::string_view a, std::string_view b) const {
+    return std::ranges::equal(a, b, [](char x, char y) { return Upper(x) == Upper(y); });
+}
 
 SqliteRecordset::SqliteRecordset(sqlite3* db, StatementCache& cache, std::string_view sql)
     : db_(db), cache_(cache), sql_(sql) {
@@ -43,12 +49,13 @@ SqliteRecordset::SqliteRecordset(sqlite3* db, StatementCache& cache, std::string
     for (int i = first; i < query.ColumnCount(); ++i) {
         names_.push_back(query.ColumnName(i));
         kinds_.push_back(query.ColumnKind(i));
-        byName_.try_emplace(NameKey(names_.back()), names_.size() - 1); // the first of a name
+        byName_.try_emplace(names_.back(), names_.size() - 1); // the first of a name
     }
     for (; more; more = query.Step()) {
-        Row row{0, {}, std::vector<bool>(names_.size(), false)};
+        Row row;
         if (writable_)
             row.rowid = std::get<std::int64_t>(query.Column(0).Raw());
+        row.values.reserve(names_.size());
         for (int i = first; i < query.ColumnCount(); ++i)
             row.values.push_back(query.Column(i, kinds_[static_cast<std::size_t>(i - first)]));
         rows_.push_back(std::move(row));
@@ -81,11 +88,11 @@ bool SqliteRecordset::HasField(std::string_view name) const {
     return FindField(name).has_value();
 }
 
-Value SqliteRecordset::Field(std::string_view name) const {
+const Value& SqliteRecordset::Field(std::string_view name) const {
     return StoredRow().values[FieldIndex(name)];
 }
 
-Value SqliteRecordset::Field(int index) const {
+const Value& SqliteRecordset::Field(int index) const {
     FieldName(index); // checks the index
     return StoredRow().values[static_cast<std::size_t>(index)];
 }
@@ -108,6 +115,7 @@ void SqliteRecordset::SetField(std::string_view name, Value value) {
     Row& row = CurrentRow();
     const std::size_t index = FieldIndex(name);
     row.values[index] = std::move(value);
+    row.changed.resize(names_.size());
     row.changed[index] = true;
 }
 
@@ -175,7 +183,7 @@ void SqliteRecordset::Close() {
 }
 
 std::optional<std::size_t> SqliteRecordset::FindField(std::string_view name) const {
-    auto found = byName_.find(NameKey(name));
+    auto found = byName_.find(name);
     if (found == byName_.end())
         return std::nullopt;
     return found->second;

@@ -33,8 +33,8 @@ public:
     int FieldCount() const override;
     std::string FieldName(int index) const override;
     bool HasField(std::string_view name) const override;
-    Value Field(std::string_view name) const override;
-    Value Field(int index) const override;
+    const Value& Field(std::string_view name) const override;
+    const Value& Field(int index) const override;
 
     void AddNew() override;
     void SetField(std::string_view name, Value value) override;
@@ -45,7 +45,7 @@ private:
     struct Row {
         std::int64_t rowid = 0; // 0: a new row not written yet
         std::vector<Value> values;
-        std::vector<bool> changed;
+        std::vector<bool> changed; // empty for a row read and not changed
         // Written, and to be read back before its values are read: defaults and stored forms
         // show as the database holds them. A row appended and never read is not read back.
         bool readBack = false;
@@ -65,7 +65,16 @@ private:
     std::string sql_;
     std::optional<WritableQuery> writable_;
     std::vector<std::string> names_;
-    std::unordered_map<std::string, std::size_t> byName_; // by NameKey
+    // Field names without regard to letter case, found from a name as it is given.
+    struct NameHash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view name) const;
+    };
+    struct NameEqual {
+        using is_transparent = void;
+        bool operator()(std::string_view a, std::string_view b) const;
+    };
+    std::unordered_map<std::string, std::size_t, NameHash, NameEqual> byName_;
     std::vector<SqlTypeKind> kinds_;
     std::vector<Row> rows_;
     std::size_t current_ = 0;

@@ -47,7 +47,7 @@ ReportRows& ReportRows::Number(int col, qx::Amount value, std::optional<qx::Amou
 }
 
 void ReportRows::Add(std::string marks) {
-    job_.rows.push_back({line_, std::move(marks)});
+    job_.rows.push_back({std::move(line_), std::move(marks)});
     for (std::size_t c = 0; c < totals_.size(); ++c) totals_[c] += lineCounts_[c];
     line_.assign(figures_.size(), {});
     lineCounts_.assign(figures_.size(), {});

@@ -56,6 +56,14 @@ TEST(Amount, FromDoubleTakesTheDecimalTheDoubleStandsFor) {
     EXPECT_EQ(Amount::FromDouble(0.00025), A("0.0002"));
     EXPECT_EQ(Amount::FromDouble(1234567.891), A("1234567.891"));
     EXPECT_EQ(Amount::FromDouble(1e14), Amount::FromInt(100'000'000'000'000));
+    // A column's figures of four decimals come back exactly, on both sides of the sizes read
+    // without writing the double out; a fifth decimal of 5 still goes to the even neighbour.
+    for (const std::int64_t whole : {0LL, 1LL, 8'589'934'591LL, 8'589'934'593LL})
+        for (const std::int64_t raw : {whole * 10000 + 1, whole * 10000 + 4999, -whole * 10000 - 7}) {
+            EXPECT_EQ(Amount::FromDouble(static_cast<double>(raw) / 10000).Raw(), raw);
+            EXPECT_EQ(Amount::FromDouble((static_cast<double>(raw) + 0.5) / 10000).Raw() % 2, 0)
+                << raw;
+        }
     EXPECT_THROW(Amount::FromDouble(1e15), std::overflow_error);
     EXPECT_THROW(Amount::FromDouble(std::numeric_limits<double>::infinity()), std::overflow_error);
     EXPECT_THROW(Amount::FromDouble(std::numeric_limits<double>::quiet_NaN()), std::domain_error);
