@@ -61,15 +61,10 @@ public:
     virtual std::optional<Period> AskPeriod(const std::string& key) = 0;
     // The single-date dialog.
     virtual std::optional<Date> AskDate(const std::string& key) = 0;
-    // The period AskPeriod would propose under the key, without asking (a report's first
-    // figures, before the user chose a period).
-    virtual Period LastPeriod(const std::string& key) = 0;
     // The item filter ("FilterProduct"): the user chooses items; the choice is kept under the
     // key. Returns the condition on the item table's alias ("s.QMCD IN (3,7)"), empty for every
     // item; nullopt when the user cancels (the choice kept stays as it was).
     virtual std::optional<std::string> FilterItems(const std::string& key, const std::string& alias) = 0;
-    // The condition of the choice kept under the key, without asking; empty for every item.
-    virtual std::string ItemFilter(const std::string& key, const std::string& alias) = 0;
     // Shows a voucher of the books by its id (FADATA.VOUCHERID).
     virtual void ShowVoucher(std::int32_t voucherId) = 0;
 };

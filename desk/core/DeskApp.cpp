@@ -257,14 +257,8 @@ std::optional<Period> DeskApp::AskPeriod(const std::string& key) { return desk::
 
 std::optional<Date> DeskApp::AskDate(const std::string& key) { return desk::AskDate(*this, key); }
 
-Period DeskApp::LastPeriod(const std::string& key) { return desk::LastPeriod(*this, key); }
-
 std::optional<std::string> DeskApp::FilterItems(const std::string& key, const std::string& alias) {
     return desk::FilterItems(*this, key, alias);
-}
-
-std::string DeskApp::ItemFilter(const std::string& key, const std::string& alias) {
-    return desk::ItemFilter(*this, key, alias);
 }
 
 void DeskApp::ShowVoucher(std::int32_t voucherId) { desk::ShowVoucher(*this, voucherId); }

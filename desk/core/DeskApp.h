@@ -140,9 +140,7 @@ public:
     void Print(const PrintJob& job, PrintMode mode) override;
     std::optional<Period> AskPeriod(const std::string& key) override;
     std::optional<Date> AskDate(const std::string& key) override;
-    Period LastPeriod(const std::string& key) override;
     std::optional<std::string> FilterItems(const std::string& key, const std::string& alias) override;
-    std::string ItemFilter(const std::string& key, const std::string& alias) override;
     void ShowVoucher(std::int32_t voucherId) override;
 
     // FormProvider

@@ -5,6 +5,7 @@
 
 #include "desk/core/PeriodDialog.h"
 #include "desk/core/PrintDesigns.h"
+#include "desk/core/ReportDialogs.h"
 #include "desk/core/SelectItemScreen.h"
 
 #include <optional>
@@ -46,7 +47,7 @@ protected:
 
 TEST_F(ReportDialogsTest, PeriodIsProposedAsAcceptedLastUnderItsKeyAfterARestartToo) {
     // Nothing kept yet: the company's latest day.
-    EXPECT_EQ(app.LastPeriod("MForm"), (Period{Date::FromYmd(2024, 11, 5), Date::FromYmd(2024, 11, 5)}));
+    EXPECT_EQ(desk::LastPeriod(app, "MForm"), (Period{Date::FromYmd(2024, 11, 5), Date::FromYmd(2024, 11, 5)}));
     const auto period = AskPeriod(desk::TypePeriod("4/11/2024", "10/11/2024"));
     EXPECT_EQ(proposed_, "05/11/2024 - 05/11/2024");
     ASSERT_TRUE(period);
@@ -56,7 +57,7 @@ TEST_F(ReportDialogsTest, PeriodIsProposedAsAcceptedLastUnderItsKeyAfterARestart
     AskPeriod([](ui::Screen& dialog) { dialog.KeyDown({.key = ui::Key::Escape}); });
     EXPECT_EQ(proposed_, "04/11/2024 - 10/11/2024");
     // Another report's key keeps its own.
-    EXPECT_EQ(app.LastPeriod("ItemSummary").from, Date::FromYmd(2024, 11, 5));
+    EXPECT_EQ(desk::LastPeriod(app, "ItemSummary").from, Date::FromYmd(2024, 11, 5));
 
     // The date dialog under the same key does not disturb the period.
     frontend.QueueModal(desk::TypeDate("06/11/2024"));
@@ -67,7 +68,7 @@ TEST_F(ReportDialogsTest, PeriodIsProposedAsAcceptedLastUnderItsKeyAfterARestart
         dialog.KeyDown({.key = ui::Key::F10});
     });
     EXPECT_EQ(app.AskDate("MForm"), Date::FromYmd(2024, 11, 6));
-    EXPECT_EQ(app.LastPeriod("MForm").to, Date::FromYmd(2024, 11, 10));
+    EXPECT_EQ(desk::LastPeriod(app, "MForm").to, Date::FromYmd(2024, 11, 10));
 }
 
 TEST_F(ReportDialogsTest, BadPeriodIsRefusedWithItsReasonAndNothingKept) {
@@ -80,7 +81,7 @@ TEST_F(ReportDialogsTest, BadPeriodIsRefusedWithItsReasonAndNothingKept) {
         "The period cannot end before it starts: To (04/11/2024) is before From (10/11/2024).",
         "From: 31/02/2024 is not a date: February 2024 has 29 days.",
         "To: Enter the date as dd/MM/yyyy."}));
-    EXPECT_EQ(app.LastPeriod("MForm"), (Period{Date::FromYmd(2024, 11, 4), Date::FromYmd(2024, 11, 10)}));
+    EXPECT_EQ(desk::LastPeriod(app, "MForm"), (Period{Date::FromYmd(2024, 11, 4), Date::FromYmd(2024, 11, 10)}));
 
     // The dialog stays open on a refusal with what was typed: the clerk corrects the one box.
     const auto period = AskPeriod([](ui::Screen& dialog) {
@@ -94,12 +95,12 @@ TEST_F(ReportDialogsTest, BadPeriodIsRefusedWithItsReasonAndNothingKept) {
 }
 
 TEST_F(ReportDialogsTest, ItemFilterKeepsItsChoiceAsAConditionAndShowsItMarked) {
-    EXPECT_EQ(app.ItemFilter("FilterProduct", "s"), "");
+    EXPECT_EQ(desk::ItemFilter(app, "FilterProduct", "s"), "");
     frontend.QueueModal([](ui::Screen& list) { desk::TakeRows(list, {{"WHEAT"}, {"COTTON"}}); });
     EXPECT_EQ(app.FilterItems("FilterProduct", "s"), "s.QMCD IN (9,3)");
 
     Restart();
-    EXPECT_EQ(app.ItemFilter("FilterProduct", "x"), "x.QMCD IN (9,3)");
+    EXPECT_EQ(desk::ItemFilter(app, "FilterProduct", "x"), "x.QMCD IN (9,3)");
     Strings marked;
     frontend.QueueModal([&](ui::Screen& list) {
         auto& screen = dynamic_cast<desk::SelectItemScreen&>(list);
@@ -109,16 +110,16 @@ TEST_F(ReportDialogsTest, ItemFilterKeepsItsChoiceAsAConditionAndShowsItMarked) 
     });
     EXPECT_EQ(app.FilterItems("FilterProduct", "s"), std::nullopt); // cancelled: kept as it was
     EXPECT_EQ(marked, (Strings{"COTTON", "WHEAT"}));
-    EXPECT_EQ(app.ItemFilter("FilterProduct", "s"), "s.QMCD IN (9,3)");
+    EXPECT_EQ(desk::ItemFilter(app, "FilterProduct", "s"), "s.QMCD IN (9,3)");
 
     // "(All Items)", even with items marked, is every item.
     frontend.QueueModal([](ui::Screen& list) { desk::TakeRows(list, {{"(All Items)"}}); });
     EXPECT_EQ(app.FilterItems("FilterProduct", "s"), "");
-    EXPECT_EQ(app.ItemFilter("FilterProduct", "s"), "");
+    EXPECT_EQ(desk::ItemFilter(app, "FilterProduct", "s"), "");
 
     // What cannot be a list of codes is refused, never read as every item.
     app.DeskSession().SetFirmSetting("ItemFilter.FilterProduct", "3; DROP TABLE STKMASTER");
-    EXPECT_THROW(app.ItemFilter("FilterProduct", "s"), std::runtime_error);
+    EXPECT_THROW(desk::ItemFilter(app, "FilterProduct", "s"), std::runtime_error);
 }
 
 TEST_F(ReportDialogsTest, VoucherShowsItsRowsWithHeadsAmountsAndNarrations) {
