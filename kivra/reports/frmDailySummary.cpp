@@ -32,12 +32,18 @@ void frmDailySummary::OpenItemSummary() {
     context_.Show(items);
 }
 
-// The consolidated voucher of the summary's day (of a period, its first day).
+// The consolidated voucher of the summary's day; a summary of several days asks which day's.
 void frmDailySummary::ShowVoucher() {
+    qx::Date day = scope_.from;
+    if (scope_.to != scope_.from) {
+        const auto asked = context_.Ui().AskDate("DailyVoucher");
+        if (!asked) return;
+        day = *asked;
+    }
     const qx::Value voucher = context_.Db().LookupValue(
-        "FADATA", "VOUCHERID", "DVCHDATE=" + context_.Util().SqlDate(scope_.from) + " AND DTRNTYPE='IJF'");
+        "FADATA", "VOUCHERID", "DVCHDATE=" + context_.Util().SqlDate(day) + " AND DTRNTYPE='IJF'");
     if (voucher.IsNull()) {
-        context_.Util().ShowMessage("There is no daily voucher of " + scope_.from.ToDisplay() + ".", "", "W");
+        context_.Util().ShowMessage("There is no daily voucher of " + day.ToDisplay() + ".", "", "W");
         return;
     }
     context_.Ui().ShowVoucher(voucher.AsInt());

@@ -9,6 +9,8 @@
 #include "kivra/reports/frmDailySummary.h"
 #include "kivra/reports/frmItemSummary.h"
 
+#include <gmock/gmock.h>
+
 #include <algorithm>
 
 using namespace qx;
@@ -208,6 +210,12 @@ TEST_F(DailySummaryTest, TheScreensFromTheDaysVoucherAndTheMenu) {
     ASSERT_TRUE(summary->KeyDown({.key = ui::Key::F7}));
     EXPECT_EQ(Messages(), Strings{"There is no daily voucher of 05/11/2024."});
     frontend.ClearTranscript();
+    frontend.QueueModal(desk::TypePeriod("04/11/2024", "05/11/2024"));
+    ASSERT_TRUE(summary->KeyDown({.key = ui::Key::F4}));
+    frontend.QueueModal(desk::TypeDate("04/11/2024"));
+    frontend.QueueModal([&](ui::Screen& list) { voucher = list.Caption(); });
+    ASSERT_TRUE(summary->KeyDown({.key = ui::Key::F7}));
+    EXPECT_THAT(voucher, testing::EndsWith(" of 04/11/2024")) << "a summary of two days asks which day's";
 
     frontend.QueueModal(desk::TypePeriod("04/11/2024", "04/11/2024"));
     ASSERT_TRUE(summary->KeyDown({.key = ui::Key::F6}));
