@@ -1,6 +1,7 @@
 #include "Commands.h"
 
 #include "EnterDocuments.h"
+#include "EnterVouchers.h"
 #include "JsonFile.h"
 #include "ReportCommand.h"
 #include "ScreenScript.h"
@@ -14,6 +15,7 @@
 #include "desk/documents/HostDocuments.h"
 #include "desk/documents/SeriesImport.h"
 #include "desk/masters/HostMasters.h"
+#include "desk/vouchers/HostVouchers.h"
 
 #include <nlohmann/json.hpp>
 
@@ -40,6 +42,12 @@ constexpr const char* kUsage = R"(qx: QX Desk from the command line
         (a JSON list of "yes"/"no"); each document is done or refused on its own; every
         message is printed with the document and field it is about; the exit status is 1
         when a document was refused
+  qx voucher PATH FILE
+        enter the vouchers of a JSON file (receipts, payments, journal and contra vouchers,
+        opening balances) through the voucher screen, as at the keyboard, new ones or saved
+        ones it opens by number to change or delete; a payment may carry its UTR and name the
+        documents it settles; a voucher that does not balance is refused and nothing of it is
+        written; the exit status is 1 when a voucher was refused
   qx check PATH
         prove the books of a company (after a power cut, say): every voucher balances, every
         document's totals are its lines and charges, nothing points at what is gone, and each
@@ -108,6 +116,7 @@ struct Desk {
     explicit Desk(const std::filesystem::path& company) {
         desk::RegisterHostMasters(app);
         desk::RegisterHostDocuments(app);
+        desk::RegisterHostVouchers(app);
         app.LoadModules(desk::DefaultModulesFolder());
         app.OpenCompany(company);
     }
@@ -171,6 +180,17 @@ int Demo(const std::vector<std::string>& args, std::ostream& out) {
             if (!EnterDocuments(desk.app, desk.frontend, folder / demo.at("documents").get<std::string>(), transcript,
                                 refusals))
                 throw std::runtime_error("the demo's documents were refused:\n" + refusals.str());
+        }
+        // The cash and bank accounts, then opening balances, receipts and payments, after the
+        // forms they settle.
+        if (std::filesystem::exists(folder / "books.json")) {
+            const auto books = ReadJson(folder / "books.json");
+            std::ostringstream transcript, refusals;
+            Desk desk(path);
+            RunScreenScript(desk.app, desk.frontend, books.at("steps"));
+            if (!EnterVouchers(desk.app, desk.frontend, folder / books.at("vouchers").get<std::string>(), transcript,
+                               refusals))
+                throw std::runtime_error("the demo's vouchers were refused:\n" + refusals.str());
         }
     } catch (...) {
         // A half-made demo company would only mislead.
@@ -253,6 +273,12 @@ int Report(const std::vector<std::string>& args, std::ostream& out, std::ostream
     return 0;
 }
 
+int Voucher(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    if (args.size() != 3) throw UsageError("voucher needs a PATH and a FILE");
+    Desk desk(args[1]);
+    return EnterVouchers(desk.app, desk.frontend, args[2], out, err) ? 0 : 1;
+}
+
 // One line per fault, then the notes; the exit status tells a script whether the books hold.
 int Check(const std::vector<std::string>& args, std::ostream& out) {
     if (args.size() != 2) throw UsageError("check needs a PATH");
@@ -303,6 +329,7 @@ int Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
         if (args[0] == "sql") return Sql(args, out);
         if (args[0] == "series" && args.size() >= 2 && args[1] == "import") return SeriesImport(args, out);
         if (args[0] == "enter") return Enter(args, out, err);
+        if (args[0] == "voucher") return Voucher(args, out, err);
         if (args[0] == "check") return Check(args, out);
         if (args[0] == "report") return Report(args, out, err);
         throw UsageError("unknown command \"" + args[0] + "\"");

@@ -16,6 +16,8 @@ constexpr std::array<std::string_view, 10> kParts{"series",  "open",   "date",  
                                                   "boxes",   "pick",   "lines",   "charges",
                                                   "action",  "dialogs"};
 
+} // namespace
+
 // A value of the file as a clerk would name it.
 std::string Shown(const Json& value) {
     if (value.is_array())
@@ -36,6 +38,8 @@ const std::string& TextOf(const Json& value, const std::string& field) {
     throw Refusal(field, why + ".");
 }
 
+namespace {
+
 const std::string& RequiredText(const Json& document, const char* part,
                                 const std::string& missing) {
     if (!document.contains(part))
@@ -43,7 +47,8 @@ const std::string& RequiredText(const Json& document, const char* part,
     return TextOf(document.at(part), part);
 }
 
-// Named texts of an object such as {"FORM_NO": "101"}; each field is named by prefix + name.
+} // namespace
+
 NamedTexts TextsOf(const Json& value, const std::string& field, const std::string& prefix,
                    const std::string& shape) {
     if (!value.is_object())
@@ -54,29 +59,34 @@ NamedTexts TextsOf(const Json& value, const std::string& field, const std::strin
     return texts;
 }
 
+namespace {
+
 std::string TextOrNothing(const Json& document, const char* part) {
     if (!document.is_object() || !document.contains(part) || !document.at(part).is_string())
         return {};
     return document.at(part).get<std::string>();
 }
 
-// {"number": "5"}, or {"boxes": {"FORM_BOOK_NO": "12", "FORM_NO": "101"}}.
-SavedDocument SavedDocumentOf(const Json& open) {
+} // namespace
+
+SavedDocument SavedDocumentOf(const Json& open, const std::string& field) {
     const std::string how = "write it as {\"number\": \"5\"} or as {\"boxes\": {\"NAME\": "
                             "\"value\", ...}}.";
     if (!open.is_object() || open.size() != 1 || (!open.contains("number") && !open.contains("boxes")))
-        throw Refusal("open", Shown(open) + " does not name a saved document: " + how);
+        throw Refusal(field, Shown(open) + " does not name a saved document: " + how);
     SavedDocument saved;
     if (open.contains("number")) {
-        saved.number = TextOf(open.at("number"), "open");
+        saved.number = TextOf(open.at("number"), field);
         return saved;
     }
-    saved.boxes = TextsOf(open.at("boxes"), "open", "open ",
+    saved.boxes = TextsOf(open.at("boxes"), field, field + " ",
                           "a set of boxes: write them as {\"NAME\": \"value\", ...}");
     if (saved.boxes.empty())
-        throw Refusal("open", "no box is given to find the document by: " + how);
+        throw Refusal(field, "no box is given to find the document by: " + how);
     return saved;
 }
+
+namespace {
 
 // A line's own "line" (its number) and "remove" ("yes") besides its cells.
 FileLine LineOf(const Json& line, const std::string& field) {
@@ -119,16 +129,16 @@ FileAction ActionOf(const Json& document) {
 } // namespace
 
 void ReadDocuments(const std::filesystem::path& file,
-                   const std::function<void(int, const Json&)>& enter) {
+                   const std::function<void(int, const Json&)>& enter, const std::string& list) {
     const std::string notDocuments =
-        file.string() + " is not a file of documents: it holds {\"documents\": [...]}";
+        file.string() + " is not a file of " + list + ": it holds {\"" + list + "\": [...]}";
     bool documentsSeen = false;
     bool inDocuments = false;
     ParseJson(file, [&](int depth, Event event, Json& parsed) {
         if (depth == 0 && event != Event::object_start && event != Event::object_end)
             throw std::runtime_error(notDocuments + ".");
         if (depth == 1 && event == Event::key) {
-            inDocuments = parsed == "documents";
+            inDocuments = parsed == list;
             if (!inDocuments)
                 throw std::runtime_error(notDocuments + " and nothing else, not " + parsed.dump() +
                                          ".");
@@ -136,7 +146,7 @@ void ReadDocuments(const std::filesystem::path& file,
         }
         if (depth == 1 && inDocuments && event != Event::key && event != Event::array_start &&
             event != Event::array_end)
-            throw std::runtime_error(notDocuments + ": \"documents\" is not a list.");
+            throw std::runtime_error(notDocuments + ": \"" + list + "\" is not a list.");
         return depth < 2 || event == Event::object_start || event == Event::array_start ||
                event == Event::key;
     });

@@ -64,12 +64,25 @@ private:
     std::string field_;
 };
 
-// Checks that the file is {"documents": [...]} and JSON throughout (a broken file enters
-// nothing), then hands each document to `enter`, with its number in the file, as soon as it
-// is read; a document is dropped once entered, so memory does not grow with the file.
+// Checks that the file is {"documents": [...]} (or the list named) and JSON throughout (a
+// broken file enters nothing), then hands each document to `enter`, with its number in the
+// file, as soon as it is read; a document is dropped once entered, so memory does not grow with
+// the file.
 void ReadDocuments(
     const std::filesystem::path& file,
-    const std::function<void(int number, const nlohmann::ordered_json& document)>& enter);
+    const std::function<void(int number, const nlohmann::ordered_json& document)>& enter,
+    const std::string& list = "documents");
+
+// A value of the file as a clerk would name it: "a list", "the number 5", "\"text\"".
+std::string Shown(const nlohmann::ordered_json& value);
+// The value's text; throws Refusal (field) for a value that is not text.
+const std::string& TextOf(const nlohmann::ordered_json& value, const std::string& field);
+// Named texts of an object such as {"FORM_NO": "101"}; each field is named by prefix + name.
+// Throws Refusal (field) when the value is not such an object (shape says what it should be).
+NamedTexts TextsOf(const nlohmann::ordered_json& value, const std::string& field,
+                   const std::string& prefix, const std::string& shape);
+// {"number": "5"}, or {"boxes": {"FORM_BOOK_NO": "12", ...}}; throws Refusal (field).
+SavedDocument SavedDocumentOf(const nlohmann::ordered_json& open, const std::string& field = "open");
 
 // "document 3 (JF of 05/11/2024)", "document 4 (JF no. 7)": the number in the file, and the
 // series and date, or the saved document opened, as far as the file gives them.

@@ -233,8 +233,13 @@ const std::vector<TableSpec> kTables = {
      {{"VOUCHERID", kCode},
       {"ISAUTOVOUCHER", kFlag},
       {"VCHDATE", kDate},
-      {"TRNTYPE", "VARCHAR(10)"}},
+      {"TRNTYPE", "VARCHAR(10)"},
+      // a receipt's or payment's bank reference (UTR), which the documents it settles show
+      {"UTRNO", "VARCHAR(50)"},
+      {"UTRDATE", kDate}},
      {"VOUCHERID"}},
+    // The documents a typed receipt or payment settles
+    {"FASETTLED", {{"VOUCHERID", kCode}, {"DOCUMENTID", kCode}}, {"VOUCHERID", "DOCUMENTID"}},
     {"FIRMSETTINGS", {{"NAME", "VARCHAR(60)"}, {"VALUE", "VARCHAR(1000)"}}, {"NAME"}},
     {"FIRMOPTIONS", {{"OPTIONNO", kNumber}, {"OPTIONVALUE", "VARCHAR(250)"}}, {"OPTIONNO"}},
     // The firm's print designs: named sections of text (its heading, address, licence lines)
@@ -286,6 +291,7 @@ const std::vector<IndexSpec> kIndexes = {
     {"FADATA", {"DCD", "DVCHDATE"}},
     {"FADATA", {"VOUCHERID"}},
     {"FANAR", {"NARRATION"}},
+    {"FASETTLED", {"DOCUMENTID"}},
     {"FAMASTER", {"MHD"}},
     {"STKMASTER", {"QMHD"}},
 };

@@ -32,6 +32,8 @@ inline constexpr std::array kSchemaHistory = {
                      "marker of lines an extension keeps out of sight (ROWMARK)"},
     SchemaVersion{9, "the firm's print designs PRINTDESIGNS: named sections of text printed "
                      "above or below a report's pages"},
+    SchemaVersion{10, "typed vouchers: a receipt's or payment's bank reference (FADOCS.UTRNO, "
+                      "UTRDATE) and the documents it settles (FASETTLED)"},
 };
 inline constexpr int kHostSchemaVersion = kSchemaHistory.back().version;
 

@@ -244,6 +244,19 @@ void AskModules(DeskApp& app, BooksReport& report) {
     }
 }
 
+// (6) A receipt or payment settles documents the company holds, and is in the books.
+void CheckSettlements(CompanyDb& db, std::vector<std::string>& faults) {
+    Collect(db,
+            "SELECT S.VOUCHERID, S.DOCUMENTID, F.VOUCHERID, M.DOCUMENTID FROM (FASETTLED S LEFT JOIN "
+            "FADOCS F ON F.VOUCHERID=S.VOUCHERID) LEFT JOIN DOCMAIN M ON M.DOCUMENTID=S.DOCUMENTID "
+            "WHERE F.VOUCHERID IS NULL OR M.DOCUMENTID IS NULL ORDER BY 1, 2",
+            [](const Recordset& r) {
+                return "Voucher " + r.Field(0).AsText() + " settles document " + r.Field(1).AsText() + ", but " +
+                       (r.Field(2).IsNull() ? "the voucher is not in the books." : "the document is not in the company.");
+            },
+            faults);
+}
+
 } // namespace
 
 BooksReport CheckBooks(DeskApp& app) {
@@ -254,6 +267,7 @@ BooksReport CheckBooks(DeskApp& app) {
     CheckDocumentVouchers(db, report.faults);
     CheckDocumentTotals(db, report.faults);
     CheckDocumentNames(db, report.faults);
+    CheckSettlements(db, report.faults);
     AskModules(app, report);
     return report;
 }

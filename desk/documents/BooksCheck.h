@@ -14,7 +14,8 @@
 //      is the gross amount with its charges (as their series adds or deducts them) and round
 //      off; an amount a series keeps in a header field is the one its charge row holds;
 //  (4) a voucher a document names is in the books and posts that document;
-//  (5) a document's party, its lines' items and parties are in the masters.
+//  (5) a document's party, its lines' items and parties are in the masters;
+//  (6) a voucher that settles documents is in the books, and so are the documents.
 //
 // A module answers the late-bound operation "CheckBooks" (faults&, notes&): each a text of one
 // line per fault, or per note (what is not wrong but a reader should know).

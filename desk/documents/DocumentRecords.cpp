@@ -137,6 +137,8 @@ void DeleteContent(CompanyDb& db, std::int32_t documentId) {
 
 void DeleteDocumentRows(CompanyDb& db, std::int32_t documentId) {
     DeleteContent(db, documentId);
+    // A payment that settled it stays in the books; it no longer names it.
+    db.ExecuteSql("DELETE FROM FASETTLED WHERE DOCUMENTID=" + Id(documentId));
     db.ExecuteSql("DELETE FROM DOCMAIN WHERE DOCUMENTID=" + Id(documentId));
 }
 

@@ -269,16 +269,8 @@ std::string DocumentScreen::ContentNow() const {
 // changed is saved or dropped as he says. False when it stays: he cancelled, or its save was
 // refused.
 bool DocumentScreen::LeaveDocument() {
-    if (ContentNow() == shownContent_)
-        return true;
-    switch (app_.ShowMessage("Do you want to save this document?", kYesNoCancel, "Q")) {
-    case kAnswerYes:
-        return SaveDocument();
-    case kAnswerNo:
-        return true;
-    default:
-        return false;
-    }
+    return LeaveChanged(app_, ContentNow() != shownContent_, "Do you want to save this document?",
+                        [this] { return SaveDocument(); });
 }
 
 void DocumentScreen::QueryUnload(bool& cancel) {

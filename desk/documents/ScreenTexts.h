@@ -6,6 +6,7 @@
 #include "host/ui/Grid.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -28,6 +29,22 @@ inline std::int32_t CodeIn(const ui::Grid& grid, int row, int col) {
 
 inline void Warn(DeskApp& app, const std::string& message) {
     app.ShowMessage(message, "", "W");
+}
+
+// Before what a screen holds gives way (another record, closing): what the user changed is
+// saved or dropped as he says. False when it stays: he cancelled, or its save was refused.
+inline bool LeaveChanged(DeskApp& app, bool changed, const std::string& question,
+                         const std::function<bool()>& save) {
+    if (!changed)
+        return true;
+    switch (app.ShowMessage(question, kYesNoCancel, "Q")) {
+    case kAnswerYes:
+        return save();
+    case kAnswerNo:
+        return true;
+    default:
+        return false;
+    }
 }
 
 } // namespace qx::desk

@@ -6,6 +6,7 @@
 #include "desk/core/DeskApp.h"
 #include "desk/documents/HostDocuments.h"
 #include "desk/masters/HostMasters.h"
+#include "desk/vouchers/HostVouchers.h"
 
 #include <QApplication>
 
@@ -16,6 +17,7 @@ int main(int argc, char* argv[]) {
     qx::desk::DeskApp app(frontend);
     qx::desk::RegisterHostMasters(app);
     qx::desk::RegisterHostDocuments(app);
+    qx::desk::RegisterHostVouchers(app);
     app.Guard([&] { app.LoadModules(qx::desk::DefaultModulesFolder()); });
     frontend.Window().showMaximized();
     const QStringList arguments = QApplication::arguments();
