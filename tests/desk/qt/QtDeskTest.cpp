@@ -12,6 +12,9 @@
 #include "desk/documents/DocumentScreen.h"
 #include "desk/documents/HostDocuments.h"
 #include "desk/masters/HostMasters.h"
+#include "desk/vouchers/HostVouchers.h"
+#include "desk/vouchers/VoucherScreen.h"
+#include "support/BooksInOrder.h"
 #include "support/Desk.h"
 #include "support/DocumentTyping.h"
 
@@ -490,6 +493,77 @@ TEST_F(QtDesk, APendingJFormIsPickedFromTheListAtTheKeyboard) {
 
     test::WhenModalOpens([](QWidget& question) { QTest::keyClick(&question, Qt::Key_N); });
     EXPECT_TRUE(app.CloseScreen(*screen));
+    app.CloseCompany();
+}
+
+// A payment at the keyboard: Enter moves on, a new row proposes what balances the voucher, F10
+// refuses a voucher that does not balance, Enter on the empty row leaves the rows, the UTR takes
+// the voucher's day, F2 lists the party's J-Forms to settle (Space marks, Enter takes), and F10
+// saves the rows and the UTR of the J-Form.
+TEST_F(QtDesk, APaymentIsTypedAtTheKeyboardOnTheVoucherScreen) {
+    test::TempFolder folder;
+    ASSERT_NO_FATAL_FAILURE(OpenDemoCompany(folder));
+    desk::RegisterHostVouchers(app);
+    frontend.Window().resize(1440, 860);
+    app.ClickMenu(desk::kVoucherEntryKey);
+    auto screen = std::dynamic_pointer_cast<desk::VoucherScreen>(app.OpenScreens().back());
+    ASSERT_NE(screen, nullptr);
+    frontend.WindowOf(*screen)->showMaximized();
+    QApplication::processEvents();
+    auto key = [](Qt::Key pressed) {
+        QTest::keyClick(QApplication::focusWidget(), pressed);
+        QApplication::processEvents();
+    };
+    auto type = [&](const std::string& text) {
+        for (char typed : text) QTest::keyClick(QApplication::focusWidget(), typed);
+        key(Qt::Key_Return);
+    };
+    auto& grid = screen->Get<ui::Grid>("Grid");
+    auto cell = [&](int row, int col) { return grid.TextMatrix(row, col); };
+
+    type("08/11/2024");
+    key(Qt::Key_Return); // the book, Payment as proposed
+    type("BALWINDER SINGH GREWAL");
+    EXPECT_EQ(cell(1, desk::VoucherScreen::kBalanceCol), "10,200.00 Cr") << "his J-Forms less his advance";
+    EXPECT_EQ(cell(1, desk::VoucherScreen::kSideCol), "Dr") << "a payment pays the party first";
+    type("10,200");
+    key(Qt::Key_Return);
+    type("Paid by NEFT");
+    std::string refusal;
+    test::WhenOpens<QMessageBox>([&](QMessageBox& box) {
+        refusal = box.text().toStdString();
+        QTest::keyClick(&box, Qt::Key_Return);
+    });
+    key(Qt::Key_F10);
+    EXPECT_EQ(refusal, "The voucher does not balance: debits 10,200.00, credits 0.00, a difference of 10,200.00 Dr. "
+                       "Nothing was saved.");
+    type("PUNJAB NATIONAL BANK");
+    EXPECT_EQ(cell(2, desk::VoucherScreen::kAmountCol) + " " + cell(2, desk::VoucherScreen::kSideCol) + " " +
+                  cell(2, desk::VoucherScreen::kNarrationCol),
+              "10,200.00 Cr Paid by NEFT");
+    for (int proposed = 0; proposed < 3; ++proposed) key(Qt::Key_Return);
+    key(Qt::Key_Return); // the empty row: the rows are done
+    EXPECT_EQ(screen->Focused(), &screen->Get<ui::TextBox>("txpUtrNo"));
+    type("PUNBH24110811111");
+    EXPECT_EQ(screen->Get<ui::TextBox>("txpUtrDate").Text(), "08/11/2024");
+    key(Qt::Key_Return);
+    test::WhenModalOpens([](QWidget& list) {
+        auto* table = list.findChild<QTableWidget*>("List");
+        ASSERT_NE(table, nullptr);
+        QTest::keyClick(table, Qt::Key_Space);
+        QTest::keyClick(table, Qt::Key_Return);
+    });
+    key(Qt::Key_F2);
+    EXPECT_EQ(screen->Get<ui::TextBox>("txpSettles").Text(), "JF 2") << "his cancelled J-Form is not listed";
+    EXPECT_TRUE(Shoot(frontend.Window(), "voucher.png"));
+
+    key(Qt::Key_F10);
+    EXPECT_EQ(screen->LastSaved(), 14);
+    auto& db = app.DeskSession().Database();
+    EXPECT_EQ(db.LookupValue("DOCMAIN", "UTRNO", "DOCSERIES='JF' AND DOCNUMBER=2").AsText(), "PUNBH24110811111");
+    EXPECT_EQ(db.LookupValue("FADATA", "COUNT(*)", "VOUCHERID=14 AND ABS(DAMT)=10200").AsInt(), 2);
+    test::ExpectBooksInOrder(app);
+    app.CloseScreen(*screen);
     app.CloseCompany();
 }
 
