@@ -77,7 +77,7 @@ protected:
             return notes;
         });
         frontend.Window().show();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&frontend.Window()));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&frontend.Window(), 30000));
     }
 
     // The demo company, made as `qx demo` makes it, open with the host's screens and the
@@ -263,9 +263,9 @@ TEST_F(QtDesk, PreviewSavesAsExcelAndCsvFromTheKeyboard) {
             static_cast<QDialog&>(dialog).accept();
         });
         preview.activateWindow(); // back from the last file dialog
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&preview));
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&preview, 30000));
         QTest::keyClick(&preview, key, Qt::AltModifier);
-        for (int wait = 0; wait < 500 && suggested->isEmpty(); ++wait) QTest::qWait(10);
+        for (int wait = 0; wait < 3000 && suggested->isEmpty(); ++wait) QTest::qWait(10);
         return *suggested;
     };
     EXPECT_EQ(saveWith(Qt::Key_E, dir.Path() / "stock.xlsx"), "Stock Register.xlsx");

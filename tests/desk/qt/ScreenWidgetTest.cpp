@@ -110,7 +110,7 @@ protected:
         widget->resize(1100, 720);
         widget->show();
         widget->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(widget.get()));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(widget.get(), 30000));
     }
 
     template <class W> W& Find(const char* name) const {

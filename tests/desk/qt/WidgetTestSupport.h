@@ -24,14 +24,14 @@ inline void EnsureWidgetsApplication() {
 
 // Acts on the next modal window of that kind (a message box, a file dialog, a modal screen)
 // once it is open; the test then calls what opens it, and the action must close the window.
-// Gives up after five seconds, so that a window that never opens cannot be acted on by a
-// later test.
+// Gives up after thirty seconds (a loaded machine may take seconds to open a dialog), so that
+// a window that never opens cannot be acted on by a later test.
 template <class Kind> void WhenOpens(std::function<void(Kind&)> action) {
     auto* timer = new QTimer;
     timer->setInterval(10);
     QObject::connect(timer, &QTimer::timeout, timer, [timer, action = std::move(action), ticks = 0]() mutable {
         auto* modal = qobject_cast<Kind*>(QApplication::activeModalWidget());
-        if ((!modal || !modal->isVisible()) && ++ticks < 500) return;
+        if ((!modal || !modal->isVisible()) && ++ticks < 3000) return;
         timer->stop();
         timer->deleteLater();
         if (modal) action(*modal);
