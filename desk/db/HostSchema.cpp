@@ -132,7 +132,7 @@ const std::vector<TableSpec> kTables = {
      {"SERIESID", "POSITION"}},
     // A series' own header boxes, saved into the DOCMAIN column FIELD. LOOKUP names a module's
     // operation that chooses the box's record, LOOKUPTEXT the one that names a saved choice;
-    // a REQUIRED box must be filled before a document is saved.
+    // a REQUIRED box must be filled before a document is saved; an ISDATE box holds a day.
     {"DOCBOXES",
      {{"SERIESID", kCode},
       {"POSITION", kNumber},
@@ -143,7 +143,8 @@ const std::vector<TableSpec> kTables = {
       {"VISIBLE", kFlag, "1"},
       {"LOOKUP", "VARCHAR(40)"},
       {"LOOKUPTEXT", "VARCHAR(40)"},
-      {"REQUIRED", kFlag}},
+      {"REQUIRED", kFlag},
+      {"ISDATE", kFlag}},
      {"SERIESID", "POSITION"}},
     // A series' charges: BASIS 'B' per bag, 'P' percent of the gross amount, 'F' fixed; SIGN +1
     // adds to the document, -1 deducts; posted to HEADCODE; the amount kept in DOCMAIN.FIELD.

@@ -34,6 +34,7 @@ inline constexpr std::array kSchemaHistory = {
                      "above or below a report's pages"},
     SchemaVersion{10, "typed vouchers: a receipt's or payment's bank reference (FADOCS.UTRNO, "
                       "UTRDATE) and the documents it settles (FASETTLED)"},
+    SchemaVersion{11, "series boxes that hold a day (DOCBOXES.ISDATE), such as the date of a payment"},
 };
 inline constexpr int kHostSchemaVersion = kSchemaHistory.back().version;
 

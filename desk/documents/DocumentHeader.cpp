@@ -85,7 +85,9 @@ void DocumentHeader::ShowSaved(const PropertyBag& main) {
         const SeriesBox& box = boxes[i];
         const Value saved = box.field.empty() ? Value() : main.GetValue(box.field);
         if (box.lookup.empty()) {
-            boxes_.pool[i]->SetText(box.numeric ? CellText(saved.AsAmount(), "") : saved.AsText());
+            boxes_.pool[i]->SetText(box.numeric ? CellText(saved.AsAmount(), "")
+                                    : box.date  ? (saved.IsNull() ? "" : saved.AsDate().ToDisplay())
+                                                : saved.AsText());
             continue;
         }
         if (!box.field.empty())
@@ -164,7 +166,20 @@ void DocumentHeader::CheckNumber(ui::TextBox& box, ColumnKind kind, bool& cancel
 }
 
 void DocumentHeader::CheckSeriesBox(std::size_t index, bool& cancel) {
-    CheckNumber(*boxes_.pool[index], ColumnKind::Decimal, cancel);
+    const auto& boxes = document_.CurrentSeries().boxes;
+    ui::TextBox& shown = *boxes_.pool[index];
+    if (index < boxes.size() && boxes[index].date) {
+        const std::string typed = Trim(shown.Text());
+        if (typed.empty()) return;
+        if (const auto day = Date::ParseDisplay(typed)) {
+            shown.SetText(day->ToDisplay());
+        } else {
+            Warn(app_, shown.Caption() + ": " + Date::DisplayRefusal(typed));
+            cancel = true;
+        }
+        return;
+    }
+    CheckNumber(shown, ColumnKind::Decimal, cancel);
     if (!cancel)
         CheckLookupBox(index, cancel);
 }
@@ -177,6 +192,12 @@ void DocumentHeader::SeriesBoxChanged(std::size_t index) {
         return;
     const SeriesBox& box = boxes[index];
     const std::string& text = boxes_.pool[index]->Text();
+    if (box.date) {
+        // Kept as a day, or as none while what is typed is not one.
+        const auto day = Date::ParseDisplay(Trim(text));
+        document_.MainFields().SetValue(box.field, day ? Value(*day) : Value());
+        return;
+    }
     document_.MainFields().SetValue(box.field,
                                     box.numeric ? Value(TextToAmount(text)) : Value(text));
 }

@@ -82,6 +82,7 @@ SeriesBox BoxOf(const Recordset& row) {
             .caption = row.Field("CAPTION").AsText(),
             .field = Trim(row.Field("FIELD").AsText()),
             .numeric = row.Field("NUMERIC").AsBool(),
+            .date = row.Field("ISDATE").AsBool(),
             .visible = row.Field("VISIBLE").AsBool(),
             .lookup = Trim(row.Field("LOOKUP").AsText()),
             .lookupText = Trim(row.Field("LOOKUPTEXT").AsText()),

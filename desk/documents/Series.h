@@ -55,6 +55,7 @@ struct SeriesBox {
     std::string caption;
     std::string field; // the DOCMAIN column the box is saved in; empty: not saved
     bool numeric = false;
+    bool date = false; // holds a day, typed dd/MM/yyyy and kept as a date
     bool visible = true;
     std::string lookup;     // a module's operation that chooses the box's record
     std::string lookupText; // a module's operation that names a saved record

@@ -115,6 +115,7 @@ void WriteSeries(CompanyDb& db, const nlohmann::ordered_json& series) {
         rows->SetField("CAPTION", Text(box, "caption"));
         rows->SetField("FIELD", Text(box, "field"));
         rows->SetField("NUMERIC", Flag(box, "numeric", false) ? 1 : 0);
+        rows->SetField("ISDATE", Flag(box, "date", false) ? 1 : 0);
         rows->SetField("VISIBLE", Flag(box, "visible", true) ? 1 : 0);
         rows->SetField("LOOKUP", Text(box, "lookup"));
         rows->SetField("LOOKUPTEXT", Text(box, "lookupText"));

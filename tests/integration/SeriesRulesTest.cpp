@@ -25,7 +25,8 @@ constexpr const char* kJForms = R"json({"series": [{
               {"name": "FORM_BOOK_NO", "caption": "Book No.", "field": "FormBookNo",
                "numeric": true},
               {"name": "FORM_NO", "caption": "Form No.", "field": "FormNo",
-               "numeric": true}]}]})json";
+               "numeric": true},
+              {"name": "UTR_DATE", "caption": "U.T.R. Date", "field": "UTRDate", "date": true}]}]})json";
 
 class SeriesRulesTest : public test::MandiCompany {
 protected:
@@ -35,6 +36,7 @@ protected:
         Db().ExecuteSql("UPDATE FAMASTER SET MBSHNO=180 WHERE MCD IN (101, 102)");
         Db().ExecuteSql("UPDATE FAMASTER SET MBSHNO=40 WHERE MCD IN (201, 202)");
         Db().ExecuteSql("UPDATE FAMASTER SET MBSHNO=190 WHERE MCD=301");
+        Db().AddFields("DOCMAIN", "Date", {"UTRDate"}); // the day the farmer was paid
         desk::ImportSeries(Db(), nlohmann::ordered_json::parse(kJForms));
     }
 
@@ -98,8 +100,13 @@ TEST_F(SeriesRulesTest, AFormIsNotSavedWithoutTheBoxesItsSeriesRequires) {
     ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_BOOK_NO"), "7"));
     ASSERT_TRUE(TypeBox(screen, Box(screen, "FORM_NO"), "12"));
     ASSERT_TRUE(TypeLine(screen, 1, JLine("wheat", "bansal traders", "50", "10.50", "2125")));
+    // A box of a day takes a day only, and keeps it as one.
+    EXPECT_FALSE(TypeBox(screen, Box(screen, "UTR_DATE"), "31/11/2024"));
+    ASSERT_TRUE(TypeBox(screen, Box(screen, "UTR_DATE"), "6/11/2024"));
+    EXPECT_EQ(Box(screen, "UTR_DATE").Text(), "06/11/2024");
     ASSERT_TRUE(Press(screen, ui::Key::F10));
-    EXPECT_EQ(Messages(), Strings{"Choose the Mandi (F2): the document is not saved without it."});
+    EXPECT_EQ(Messages(), (Strings{"U.T.R. Date: 31/11/2024 is not a date: November 2024 has 30 days.",
+                                   "Choose the Mandi (F2): the document is not saved without it."}));
     EXPECT_EQ(screen.Focused(), &Box(screen, "MARKET"));
     EXPECT_TRUE(Rows("SELECT * FROM DOCMAIN").empty());
 
@@ -111,7 +118,9 @@ TEST_F(SeriesRulesTest, AFormIsNotSavedWithoutTheBoxesItsSeriesRequires) {
     frontend.ClearTranscript();
     ASSERT_TRUE(Press(screen, ui::Key::F10));
     EXPECT_TRUE(Messages().empty()) << Messages().front();
-    EXPECT_EQ(Rows("SELECT FORMNO, MARKETID FROM DOCMAIN"), Strings{"12|1"});
+    // The day compares as a day in a statement, as the returns select by it.
+    EXPECT_EQ(Rows("SELECT FORMNO, MARKETID FROM DOCMAIN WHERE UTRDATE=" + Db().DateLiteral(Date::FromYmd(2024, 11, 6))),
+              Strings{"12|1"});
 
     EXPECT_THROW(desk::ImportSeries(Db(), nlohmann::ordered_json::parse(
                                               R"({"series": [{"code": "JF",
