@@ -159,7 +159,7 @@ void RunReport(desk::DeskApp& app, desk::ScriptedFrontend& frontend, const Repor
         SetOption(screen, frontend, name, value);
         refuseOnError();
     }
-    const PrintJob& job = source->Report();
+    const PrintJob job = app.Named(source->Report());
     if (request.out) desk::SaveReport(job, request.format, *request.out);
     else out << (request.format == desk::ReportFormat::Csv ? desk::RenderCsv(job) : desk::RenderText(job));
 }

@@ -244,14 +244,16 @@ void DeskApp::UnregisterWindow(ui::Screen& screen) {
     std::erase_if(registered_, [&](const auto& entry) { return entry.first == &screen; });
 }
 
-void DeskApp::Print(const PrintJob& job, PrintMode mode) {
+PrintJob DeskApp::Named(const PrintJob& job) {
     PrintJob named = job;
     if (session_.HasCompany()) {
         if (named.firmName.empty()) named.firmName = session_.CompanyName();
         FillDesignSections(session_.Database(), named);
     }
-    frontend_.Print(named, mode);
+    return named;
 }
+
+void DeskApp::Print(const PrintJob& job, PrintMode mode) { frontend_.Print(Named(job), mode); }
 
 std::optional<Period> DeskApp::AskPeriod(const std::string& key) { return desk::AskPeriod(*this, key); }
 

@@ -138,6 +138,9 @@ public:
                         const std::string& picture) override;
     void UnregisterWindow(ui::Screen& screen) override;
     void Print(const PrintJob& job, PrintMode mode) override;
+    // The job as the firm prints it: with its name, and the texts of the design sections the
+    // job names, from the company.
+    PrintJob Named(const PrintJob& job);
     std::optional<Period> AskPeriod(const std::string& key) override;
     std::optional<Date> AskDate(const std::string& key) override;
     std::optional<std::string> FilterItems(const std::string& key, const std::string& alias) override;

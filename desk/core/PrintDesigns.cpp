@@ -42,4 +42,20 @@ void FillDesignSections(CompanyDb& db, PrintJob& job) {
         }
 }
 
+std::vector<std::string> SectionLines(const PrintJob& job, const std::vector<DesignSection>& named) {
+    std::vector<std::string> lines;
+    for (const DesignSection& section : named) {
+        if (section.section == kBroughtForwardSection || section.section == kCarriedForwardSection) continue;
+        const auto text = job.sections.find(section.section);
+        if (text == job.sections.end()) continue;
+        std::size_t start = 0;
+        for (std::size_t end; (end = text->second.find('\n', start)) != std::string::npos; start = end + 1)
+            lines.push_back(text->second.substr(start, end - start));
+        lines.push_back(text->second.substr(start));
+    }
+    for (auto& line : lines)
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+    return lines;
+}
+
 } // namespace qx::desk

@@ -23,5 +23,8 @@ void SavePrintDesign(CompanyDb& db, const DesignText& section);
 void DeletePrintDesign(CompanyDb& db, const std::string& design, const std::string& section);
 // Fills the job's section texts from the company, for the sections it names.
 void FillDesignSections(CompanyDb& db, PrintJob& job);
+// The texts of the named sections the job holds, line by line. The sections that caption the
+// page totals are no text of their own.
+std::vector<std::string> SectionLines(const PrintJob& job, const std::vector<DesignSection>& named);
 
 } // namespace qx::desk

@@ -1,6 +1,7 @@
 #include "ReportText.h"
 
 #include "CellLines.h"
+#include "PrintDesigns.h"
 
 #include <utf8proc.h>
 
@@ -129,7 +130,11 @@ private:
 
 std::string RenderText(const PrintJob& job) {
     std::ostringstream out;
-    for (const auto* line : {&job.firmName, &job.title, &job.title2})
+    // The firm's own heading of its print design stands in place of its name.
+    const auto head = SectionLines(job, job.headSections);
+    if (head.empty() && !job.firmName.empty()) out << job.firmName << '\n';
+    for (const auto& line : head) out << line << '\n';
+    for (const auto* line : {&job.title, &job.title2})
         if (!line->empty()) out << *line << '\n';
     const TextTable table(job);
     out << table.Row(Captions(job)) << table.Rule();
@@ -146,6 +151,10 @@ std::string RenderText(const PrintJob& job) {
         out << table.Row(row.cells);
         if (row.Has("blanklineafter")) out << '\n';
     }
+    // Text has no pages: the foot of the design closes the report once.
+    const auto foot = SectionLines(job, job.footSections);
+    if (!foot.empty()) out << '\n';
+    for (const auto& line : foot) out << line << '\n';
     return out.str();
 }
 

@@ -5,6 +5,7 @@
 #include "ReportColumns.h"
 #include "desk/core/CellLines.h"
 #include "desk/core/FileReplace.h"
+#include "desk/core/PrintDesigns.h"
 
 #include <QBuffer>
 #include <QFontMetricsF>
@@ -164,26 +165,6 @@ private:
         }
     }
 
-    // The texts of the named sections, line by line; a design's heading stands in place of the
-    // firm's name. The sections that caption the page totals are no text of their own.
-    static std::vector<std::string> SectionLines(const PrintJob& job,
-                                                 const std::vector<DesignSection>& named) {
-        std::vector<std::string> lines;
-        for (const DesignSection& section : named) {
-            if (section.section == kBroughtForwardSection || section.section == kCarriedForwardSection)
-                continue;
-            const auto text = job.sections.find(section.section);
-            if (text == job.sections.end()) continue;
-            std::size_t start = 0;
-            for (std::size_t end; (end = text->second.find('\n', start)) != std::string::npos; start = end + 1)
-                lines.push_back(text->second.substr(start, end - start));
-            lines.push_back(text->second.substr(start));
-        }
-        for (auto& line : lines)
-            if (!line.empty() && line.back() == '\r') line.pop_back();
-        return lines;
-    }
-
     qreal HeaderHeight() const {
         qreal height = 0;
         if (!headLines_.empty())
@@ -295,8 +276,8 @@ private:
     }
 
     const PrintJob& job_;
-    std::vector<std::string> headLines_ = SectionLines(job_, job_.headSections);
-    std::vector<std::string> footLines_ = SectionLines(job_, job_.footSections);
+    std::vector<std::string> headLines_ = desk::SectionLines(job_, job_.headSections);
+    std::vector<std::string> footLines_ = desk::SectionLines(job_, job_.footSections);
     PageTotals totals_{job_};
     std::size_t wrap_ = desk::WrapLimit(job_);
     QPagedPaintDevice& device_;

@@ -172,7 +172,9 @@ void FormM::Document(const qx::Recordset& row) {
     const bool first = documentsShown_.insert(document).second;
     if (options_.daily && first) Text(kSrNo, std::to_string(documentsShown_.size()));
     Text(kDate, row.Field("DocDate").AsDate().Format("dd-MMM-yyyy"));
-    Text(kBook, row.Field("FormBookNo").AsText() + " / " + row.Field("FormNo").AsText());
+    // A purchase form without a book is known by its number alone.
+    const std::int64_t book = row.Field("FormBookNo").AsLong();
+    Text(kBook, (book != 0 ? std::to_string(book) + " / " : "") + row.Field("FormNo").AsText());
     Text(kSeller, Lines({{"", row.Field("Seller").AsText()},
                          {"", options_.sellerAddress ? row.Field("SAdd1").AsText() : ""},
                          {"", row.Field("SStation").AsText()},

@@ -23,6 +23,9 @@ ReportScreen::ReportScreen(ModuleContext& context, std::string name, std::string
 void ReportScreen::Load() {
     handed_ = !Properties().GetValue("FromDate").IsNull();
     scope_ = ReportScope::FromProperties(Properties());
+    // The registers read the columns the forms are saved with; a company that has saved no form
+    // yet has an empty register, not a failing one.
+    CheckKivraFields(context_.Db());
 }
 
 void ReportScreen::FirstActivate() {

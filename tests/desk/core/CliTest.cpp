@@ -307,7 +307,7 @@ TEST(Qx, EnterOpensSavedFormsToChangeCancelOrDeleteThem) {
         R"({"series": "JF", "open": {"number": "5"}, "action": "cancel"})",
         R"({"series": "JF", "open": {"number": "6"}, "action": "delete"})",
         R"({"series": "JF", "open": {"boxes": {"FORM_BOOK_NO": "12"}}, "action": "cancel"})",
-        R"({"series": "JF", "open": {"number": "9"}, "action": "delete"})",
+        R"({"series": "JF", "open": {"number": "10"}, "action": "delete"})",
         R"({"series": "JF", "open": {"number": "2"}, "action": "delete", "lines": []})",
         R"({"series": "JF", "open": {"number": "2"}, "lines": [{"line": "3", "RATE": "1"}]})",
         R"({"series": "JF", "date": "05/11/2024", "party": "BALWINDER SINGH GREWAL", "action": "cancel"})",
@@ -323,7 +323,7 @@ TEST(Qx, EnterOpensSavedFormsToChangeCancelOrDeleteThem) {
     EXPECT_EQ(run.err,
               "document 5 (JF FORM_BOOK_NO 12): not cancelled: open: JF has 6 documents with FORM_BOOK_NO 12 "
               "(no. 1, no. 2, no. 3, no. 5, no. 7 and no. 8): open the one meant by its number.\n"
-              "document 6 (JF no. 9): not deleted: open: JF has no document no. 9.\n"
+              "document 6 (JF no. 10): not deleted: open: JF has no document no. 10.\n"
               "document 7 (JF no. 2): not deleted: lines: a document to delete is deleted as it was saved: "
               "give it no lines.\n"
               "document 8 (JF no. 2): not saved: line 3: the document has 1 line: a new line is line 2.\n"

@@ -407,27 +407,28 @@ TEST_F(QtDesk, JFormsAndIFormsOnTheEntryScreen) {
     EXPECT_EQ(screen->Grid().TextMatrix(1, screen->Member("COL_QUANTITY")), "10.40");
 
     // Shift+Tab goes back cell by cell, and out of the grid only from its first cell, into the
-    // J-Form No. with its text as it was: what is typed next goes after it.
+    // last box of the header (the day of the farmer's payment) with its text as it was: what
+    // is typed next goes after it.
     auto back = [] {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
         QApplication::processEvents();
     };
-    ui::TextBox& formNo = test::Box(*screen, "FORM_NO");
-    formNo.SetText("101");
+    ui::TextBox& paidOn = test::Box(*screen, "UTR_DATE");
+    paidOn.SetText("05/11/202");
     back();
     EXPECT_EQ(screen->Grid().Col(), screen->Member("COL_QUANTITY"));
     EXPECT_EQ(screen->Focused(), &screen->Grid());
     for (int cell = 0; cell < 3; ++cell) back();
     EXPECT_EQ(screen->Grid().Col(), screen->Member("COL_PRODUCT_ID"));
     back();
-    EXPECT_EQ(screen->Focused(), &formNo);
+    EXPECT_EQ(screen->Focused(), &paidOn);
     auto* box = qobject_cast<QLineEdit*>(QApplication::focusWidget());
     ASSERT_NE(box, nullptr);
-    EXPECT_EQ(box->text(), "101");
+    EXPECT_EQ(box->text(), "05/11/202");
     EXPECT_FALSE(box->hasSelectedText());
-    EXPECT_EQ(box->cursorPosition(), 3);
-    QTest::keyClick(box, Qt::Key_5);
-    EXPECT_EQ(formNo.Text(), "1015");
+    EXPECT_EQ(box->cursorPosition(), 9);
+    QTest::keyClick(box, Qt::Key_4);
+    EXPECT_EQ(paidOn.Text(), "05/11/2024");
     // The save question cancelled (Esc) gives the keyboard back to the box as it was.
     test::WhenModalOpens([](QWidget& question) { QTest::keyClick(&question, Qt::Key_Escape); });
     EXPECT_FALSE(app.CloseScreen(*screen));
