@@ -132,7 +132,8 @@ TEST_F(QxReport, RefusesWhatItCannotMakeSayingWhy) {
 //   5,220.00; Khanna's fees 5,220 + 723.84 + 2,115 + 501.60 + 346.94 + 3,132 + 1,316.25 =
 //   13,355.63; its farmers' J-Form amounts 1,97,303 + 70,200 + 25,002 + 17,295 + 1,03,950 +
 //   43,688 = 4,57,438.00; the net payable to Balwinder Singh on 7/202 62,400 - 3.75 x 32 =
-//   62,280.00, paid by UTR PUNBN24311604419 on 06/11/2024; the own purchases 10.40 + 8.30 +
+//   62,280.00, not yet paid (no UTR); Gurmeet Singh's 12/101 and 12/107 show the UTR of the one
+//   payment that settles both, PUNBH24110798765 of 07/11/2024; the own purchases 10.40 + 8.30 +
 //   the 12 qtl of the Doraha purchase = 30.70 qtl, 69,075.00, fees 1,898.78 each.
 // daily-return, 05/11/2024: Khanna's one form, the SELF maize of 12/103 (17,295.00 net after
 //   52.00 labour); Jagraon's basmati 20 + 16 = 36 qtl in 72 bags, 1,39,400.00, paid to the
