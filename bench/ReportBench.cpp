@@ -119,13 +119,44 @@ BENCHMARK_CAPTURE(Report, stock_register_movements_of_the_season, [](const Seaso
 })->Unit(benchmark::kMillisecond);
 
 // A new I-Form on the last day: J-Forms of Khanna still pending on an earlier day refuse it.
+// Read from the pending J-Forms the saves keep, and, as it was read before, from the season's
+// lines.
 BENCHMARK_CAPTURE(Report, iform_pending_before_the_day, [](const Season& s) {
+    return "Select First 1 sum(a.Quantity),a.DocDate from JFormPending a where a.ItemPending=1 "
+           "and a.DocDate<" +
+           s.db.DateLiteral(s.lastDay) +
+           " and a.MarketID=1 group by a.DocDate having sum(a.Quantity)<>0 order by a.DocDate";
+})->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Report, iform_pending_before_the_day_from_the_lines, [](const Season& s) {
     const std::string quantity = "(a.Quantity+a.FreeQuantity)*a.JFactor";
     return "Select First 1 sum(" + quantity +
            "),b.docdate from DocData a Inner Join DocMain b on "
            "a.DocumentID=b.DocumentID where a.JFactor<>0 and b.DocDate<" +
            s.db.DateLiteral(s.lastDay) + " and b.MarketID=1 group by b.docdate having sum(" +
            quantity + ")<>0";
+})->Unit(benchmark::kMillisecond);
+
+// A new I-Form at Khanna: the list of its pending J-Forms by day, buyer, item and rate (the
+// season keeps rates apart), from the kept pending J-Forms and from the season's lines.
+std::string PendingList(const std::string& inner) {
+    return "Select q.DocDate,m.MHD as Party,s.QMHD as Item,q.Rate,q.Qty,q.CustomerID,q.ProductID "
+           "From ((" +
+           inner +
+           ") q Inner Join FAMaster m on q.CustomerID=m.mcd) Inner Join StkMaster s on "
+           "q.ProductID=s.QMCD Order by q.DocDate,m.MHD,s.QMHD";
+}
+BENCHMARK_CAPTURE(Report, iform_pending_list, [](const Season&) {
+    return PendingList("Select a.DocDate,a.CustomerID,a.ProductID,a.Rate,Sum(a.Quantity) as Qty "
+                       "From JFormPending a Where a.RatePending=1 and a.MarketID=1 Group by "
+                       "a.DocDate,a.CustomerID,a.ProductID,a.Rate Having Sum(a.Quantity)<>0");
+})->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Report, iform_pending_list_from_the_lines, [](const Season&) {
+    const std::string quantity = "(a.Quantity+a.FreeQuantity)*a.JFactor";
+    return PendingList("Select b.DocDate,a.CustomerID,a.ProductID,a.Rate,Sum(" + quantity +
+                       ") as Qty From DocData a Inner Join DocMain b on a.DocumentID=b.DocumentID "
+                       "Where a.JFactor<>0 and b.MarketID=1 Group by b.DocDate,a.CustomerID,"
+                       "a.ProductID,a.Rate Having Sum(" +
+                       quantity + ")<>0");
 })->Unit(benchmark::kMillisecond);
 
 // A new I-Form on the last day: the buyer's pending J-Form items of the day at Khanna.

@@ -7,6 +7,7 @@
 #include "desk/documents/Series.h"
 #include "desk/documents/SeriesImport.h"
 #include "kivra/documents/DailyVoucher.h"
+#include "kivra/documents/PendingJForms.h"
 #include "kivra/documents/Levies.h"
 #include "kivra/module/mKivraModule.h"
 #include "kivra/reports/FormM.h"
@@ -569,15 +570,17 @@ std::int64_t Count(CompanyDb& db, const std::string& sql) {
     return rows->EndOfRows() ? 0 : rows->Field(0).AsLong();
 }
 
-// Each day's consolidated "IJF" voucher, posted by the module itself, as a save of one of the
-// day's forms would post it.
+// Each day's consolidated "IJF" voucher and its pending J-Forms, kept by the module itself, as
+// a save of one of the day's forms keeps them.
 void PostDays(const std::filesystem::path& path, const SeasonSize& size) {
     MandiDesk desk(path);
     CompanyDb& db = desk.Db();
     kivra::DailyVoucher days(*desk.module.Context(), db, true, kivra::DayColumns::Of(db));
     Transaction unit(db);
-    for (int day = 0; day < size.days; ++day)
+    for (int day = 0; day < size.days; ++day) {
         days.Post(kSeasonStart.AddDays(day));
+        kivra::KeepPendingOf(db, kSeasonStart.AddDays(day));
+    }
     unit.Commit();
     if (!desk.frontend.Transcript().empty())
         throw std::runtime_error("posting the season's days said: " + desk.FirstMessage());

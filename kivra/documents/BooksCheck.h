@@ -10,6 +10,7 @@
 //      of work that is never committed, and the rows compared one by one.
 //  (3) A day's voucher balances. The round-off rule may put on ROUND OFF more or less than the
 //      forms' own round off (it takes a difference of the day below 2.00): that is a note.
+//  (4) The pending J-Forms kept for I-Forms are what the forms leave pending (PendingJForms.h).
 
 #include "kivra/module/ModuleContext.h"
 

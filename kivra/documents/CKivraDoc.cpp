@@ -4,6 +4,7 @@
 #include "FormSaving.h"
 #include "JFormLines.h"
 #include "LineFigures.h"
+#include "PendingJForms.h"
 #include "SaveChecks.h"
 #include "TaxSummary.h"
 
@@ -99,12 +100,13 @@ void CKivraDoc::DeleteDocument(std::int32_t documentId, bool& /*cancel*/) {
 }
 
 void CKivraDoc::DeleteDocumentEnd() {
-    if (documentDate_) PostDailyVoucher(*documentDate_);
+    if (documentDate_) PostDay(*documentDate_);
 }
 
-void CKivraDoc::PostDailyVoucher(qx::Date day) {
-    DailyVoucher(form_.Context(), form_.Doc().Database(), form_.multipleMarkets, dayColumns_)
-        .Post(day);
+void CKivraDoc::PostDay(qx::Date day) {
+    qx::CompanyDb& db = form_.Doc().Database();
+    DailyVoucher(form_.Context(), db, form_.multipleMarkets, dayColumns_).Post(day);
+    KeepPendingOf(db, day);
 }
 
 // ---- Typing ---------------------------------------------------------------------------------
@@ -165,8 +167,8 @@ void CKivraDoc::SaveItem(int row, qx::PropertyBag& item) {
 // The day the form was on before this edit no longer counts it; the day it is on now does.
 void CKivraDoc::SaveDocumentEnd() {
     const qx::Date day = form_.Doc().DocDate();
-    if (documentDate_ && *documentDate_ != day) PostDailyVoucher(*documentDate_);
-    PostDailyVoucher(day);
+    if (documentDate_ && *documentDate_ != day) PostDay(*documentDate_);
+    PostDay(day);
 }
 
 } // namespace kivra

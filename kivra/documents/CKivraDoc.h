@@ -67,8 +67,9 @@ public:
     void SaveVoucherEnd() override { voucher_.End(); }
     void SaveDocumentEnd() override;
 
-    // Builds the day's consolidated I/J-Form voucher again from the day's documents.
-    void PostDailyVoucher(qx::Date day);
+    // Builds the day's consolidated I/J-Form voucher and its pending J-Forms again from the
+    // day's documents.
+    void PostDay(qx::Date day);
 
 private:
     MandiForm form_;
@@ -77,7 +78,7 @@ private:
     DayColumns dayColumns_;
     JFormPicking picking_{form_};
     bool ratesLoaded_ = false;
-    // The day of the document last edited or deleted, whose consolidated voucher is rebuilt.
+    // The day of the document last edited or deleted, whose voucher and pending are rebuilt.
     std::optional<qx::Date> documentDate_;
     // Charge rates stored on the lines of the document being edited, by "i" + item code.
     qx::PropertyBag savedItemRates_;

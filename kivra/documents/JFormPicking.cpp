@@ -1,5 +1,7 @@
 #include "JFormPicking.h"
 
+#include "PendingJForms.h"
+
 #include "host/SelectItemForm.h"
 
 #include <stdexcept>
@@ -7,9 +9,6 @@
 namespace kivra {
 namespace {
 
-// A line's quantity still to be picked: J-Form lines add it, the I-Form lines that take them
-// over take it away.
-constexpr const char* kPendingQty = "(a.Quantity+a.FreeQuantity)*a.JFactor";
 // Never typed in a batch number, so that the chosen batches stay apart.
 constexpr char kBatchSeparator = '\x1f';
 
@@ -34,8 +33,10 @@ void JFormPicking::Forget() {
     pickedBatches_.clear();
 }
 
-std::string JFormPicking::MarketCondition() const {
-    return form_.multipleMarkets ? " and b.MarketID=" + std::to_string(form_.MarketId()) : "";
+std::string JFormPicking::MarketCondition(const char* table) const {
+    return form_.multipleMarkets
+               ? " and " + std::string(table) + ".MarketID=" + std::to_string(form_.MarketId())
+               : "";
 }
 
 // Without a batch column the list keeps lines of different rates apart only when the firm
@@ -60,14 +61,15 @@ bool JFormPicking::OfferedForParty() {
     return yes;
 }
 
+// Read from the kept pending J-Forms whose item is pending: a day's items that are settled add
+// nothing to its sum.
 bool JFormPicking::OlderDayPending() {
     auto& util = form_.Context().Util();
-    const std::string qty = kPendingQty;
     auto pending = form_.Doc().Database().OpenRecordset(
-        "Select First 1 sum(" + qty + "),b.docdate from DocData a Inner Join DocMain b on " +
-        "a.DocumentID=b.DocumentID where a.JFactor<>0 and b.DocDate<" +
-        util.SqlDate(form_.Doc().DocDate()) + MarketCondition() + " group by b.docdate having sum(" +
-        qty + ")<>0");
+        "Select First 1 sum(a.Quantity),a.DocDate from JFormPending a where a.ItemPending=1 and "
+        "a.DocDate<" +
+        util.SqlDate(form_.Doc().DocDate()) + MarketCondition("a") +
+        " group by a.DocDate having sum(a.Quantity)<>0 order by a.DocDate");
     if (pending->EndOfRows()) return false;
     const qx::Date day = pending->Field(1).AsDate();
     form_.Notify("Certain J-Forms are still pending before this Date (" + day.ToDisplay() + ")." +
@@ -82,8 +84,7 @@ void JFormPicking::PickJFormItems() {
     if (OlderDayPending()) return;
 
     auto& util = form_.Context().Util();
-    const std::string qty = kPendingQty;
-    std::string inner = "Select (" + qty + ") as Qty,a.BatchNo,a.Rate,a.QualityCut,a.ProductID," +
+    std::string inner = "Select (" + std::string(kLinePending) + ") as Qty,a.BatchNo,a.Rate,a.QualityCut,a.ProductID," +
                         "a.QtyPerBox From DocData a Inner Join DocMain b on " +
                         "a.DocumentID=b.DocumentID Where a.DocumentID<>" +
                         std::to_string(doc.DocumentID()) + " And a.CustomerID=" +
@@ -93,7 +94,7 @@ void JFormPicking::PickJFormItems() {
         inner += " And a.BatchNo in ('" + QuotedSqlList(pickedBatches_) + "')";
     else if (pickedProduct_ != 0)
         inner += " and a.ProductID=" + std::to_string(pickedProduct_);
-    inner += MarketCondition();
+    inner += MarketCondition("b");
 
     std::string fields, groups, order;
     switch (ListGrouping()) {
@@ -149,34 +150,38 @@ void JFormPicking::PickJFormItems() {
     }
 }
 
+// Read from the kept pending J-Forms: by batch every kept row is pending, by rate or by item
+// only those whose rate or item is (the others sum to 0 in their group).
 void JFormPicking::SelectJForm() {
-    const std::string qty = kPendingQty;
-    const char* innerSelect = "Select b.DocDate,a.CustomerID,a.ProductID,Sum(";
+    const char* innerSelect = "Select a.DocDate,a.CustomerID,a.ProductID,Sum(";
     const char* outerSelect =
         "Select q.DocDate,m.MHD as Party,s.QMHD as Item, q.Qty, q.CustomerID, q.ProductID";
-    const char* group = " Group by b.DocDate,a.CustomerID,a.ProductID Having Sum(";
+    const char* pending = "a.ItemPending=1";
+    const char* group = " Group by a.DocDate,a.CustomerID,a.ProductID Having Sum(";
     const char* order = " Order by q.DocDate,m.MHD,s.QMHD";
     const char* partyJoin = "m.mcd";
     const char* itemJoin = "s.qmcd";
     const Grouping grouping = ListGrouping();
     if (grouping == Grouping::ByBatch) {
-        innerSelect = "Select b.DocDate,a.CustomerID,a.ProductID,a.BatchNo,a.Rate,Sum(";
+        innerSelect = "Select a.DocDate,a.CustomerID,a.ProductID,a.BatchNo,a.Rate,Sum(";
         outerSelect = "Select q.DocDate,m.mhd as Party,s.QMHD as Item,q.BatchNo,q.Rate,q.Qty,"
                       "q.CustomerID,q.ProductID";
-        group = " Group by b.DocDate,a.CustomerID,a.ProductID,a.BatchNo,a.Rate Having Sum(";
+        pending = "a.Quantity<>0";
+        group = " Group by a.DocDate,a.CustomerID,a.ProductID,a.BatchNo,a.Rate Having Sum(";
         order = " Order by q.DocDate,m.MHD,q.BatchNo,s.QMHD";
         partyJoin = "m.MCD";
         itemJoin = "s.QMCD";
     } else if (grouping == Grouping::ByRate) {
-        innerSelect = "Select b.DocDate,a.CustomerID,a.ProductID,a.Rate,Sum(";
+        innerSelect = "Select a.DocDate,a.CustomerID,a.ProductID,a.Rate,Sum(";
         outerSelect = "Select q.DocDate,m.MHD as Party,s.QMHD as Item,q.Rate,q.Qty,q.CustomerID,"
                       "q.ProductID";
-        group = " Group by b.DocDate,a.CustomerID,a.ProductID,a.Rate Having Sum(";
+        pending = "a.RatePending=1";
+        group = " Group by a.DocDate,a.CustomerID,a.ProductID,a.Rate Having Sum(";
         itemJoin = "s.QMCD";
     }
-    const std::string inner = innerSelect + qty + ") as Qty" +
-                              " From DocData a Inner Join DocMain b on a.DocumentID=b.DocumentID " +
-                              " Where a.JFactor<>0" + MarketCondition() + group + qty + ")<>0";
+    const std::string inner = innerSelect + std::string("a.Quantity) as Qty") +
+                              " From JFormPending a Where " + pending + MarketCondition("a") +
+                              group + "a.Quantity)<>0";
     const std::string list = outerSelect + std::string(" From ((") + inner +
                              ") q Inner Join FAMaster m on q.CustomerID=" + partyJoin +
                              ") Inner Join StkMaster s on q.ProductID=" + itemJoin + order;

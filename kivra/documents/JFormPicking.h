@@ -4,7 +4,8 @@
 // document's date once the party is chosen. A J-Form line is pending while the signed sum of
 // its quantities (J factor +1 on the J-Form, -1 on the I-Forms that take it over) for that
 // buyer, date and item is not 0. An older day of the market still pending stops the picking:
-// the market's forms are settled day by day.
+// the market's forms are settled day by day. The list and that check read the pending J-Forms
+// the saves keep (PendingJForms.h); the day's lines of a buyer are read from the forms.
 
 #include "MandiForm.h"
 
@@ -34,7 +35,8 @@ public:
 private:
     enum class Grouping { ByBatch, ByRate, ByItem };
     Grouping ListGrouping() const;
-    std::string MarketCondition() const;
+    // The document's market, with several markets, as a condition on the table of that alias.
+    std::string MarketCondition(const char* table) const;
     bool OlderDayPending();
 
     MandiForm& form_;

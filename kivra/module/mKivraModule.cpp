@@ -1,5 +1,7 @@
 #include "mKivraModule.h"
 
+#include "kivra/documents/PendingJForms.h"
+
 #include "host/HostSelectDialog.h"
 
 namespace kivra {
@@ -65,6 +67,11 @@ void CheckKivraFields(qx::CompanyDb& db) {
         db.ExecuteSql("CREATE INDEX IF NOT EXISTS DOCMAIN_FORMNO_CHECK ON DOCMAIN (FORMNO, "
                       "DOCSERIES, FORMBOOKNO, MARKETID)",
                       128);
+    } catch (const std::exception&) {
+    }
+    // A company of an older version gets the pending J-Forms kept for its I-Forms.
+    try {
+        CheckPendingTable(db);
     } catch (const std::exception&) {
     }
 }

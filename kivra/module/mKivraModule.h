@@ -14,8 +14,8 @@ inline constexpr std::int32_t kAllMarkets = -1;
 
 // Creates MARKETMASTER, its name index and its SERIES column where they are missing.
 void CheckMarketTable(qx::CompanyDb& db);
-// Adds the module's columns to the host's item master and document tables where missing, and
-// the unique index of form numbers.
+// Adds the module's columns to the host's item master and document tables where missing, the
+// unique index of form numbers and the table of pending J-Forms.
 void CheckKivraFields(qx::CompanyDb& db);
 
 bool MultipleMarketRqr(ModuleContext& context);

@@ -203,7 +203,7 @@ TEST_F(BooksTest, LabourIsPostedToTheHeadsOfItsDay) {
 
 // `qx check` posts every day again in a unit of work it undoes, and says how a day's voucher
 // differs from what the day's forms make: a row changed by hand, a form moved to another day
-// behind the engine's back.
+// behind the engine's back, which also leaves the pending J-Forms kept for I-Forms behind.
 TEST_F(BooksTest, TheCheckFindsADayVoucherThatIsNotWhatItsFormsMake) {
     SaveJForm101("04/11/2024");
     SaveIForm501("04/11/2024");
@@ -221,8 +221,18 @@ TEST_F(BooksTest, TheCheckFindsADayVoucherThatIsNotWhatItsFormsMake) {
     EXPECT_EQ(Company(), before) << "the check writes nothing";
     Db().ExecuteSql("UPDATE DOCMAIN SET DOCDATE='2024-11-05' WHERE DOCSERIES='JF'");
     Strings moved = changedRow;
-    moved.insert(moved.begin(), "The I-Forms of PUNGRAIN take 4.00 quintals more PADDY than the "
-                                "J-Forms of 04/11/2024 left pending.");
+    const std::string putRight = ": saving a form of that day again puts it right.";
+    moved.insert(moved.begin(),
+                 {"The I-Forms of PUNGRAIN take 4.00 quintals more PADDY than the J-Forms of "
+                  "04/11/2024 left pending.",
+                  "The pending J-Forms kept for I-Forms hold 6.00 quintals of PADDY at 2,000.00 "
+                  "for PUNGRAIN on 04/11/2024, which the day's forms do not leave" + putRight,
+                  "The J-Forms of 04/11/2024 leave -4.00 quintals of PADDY at 2,000.00 for "
+                  "PUNGRAIN pending, which the pending J-Forms kept for I-Forms do not hold" +
+                      putRight,
+                  "The J-Forms of 05/11/2024 leave 10.00 quintals of PADDY at 2,000.00 for "
+                  "PUNGRAIN pending, which the pending J-Forms kept for I-Forms do not hold" +
+                      putRight});
     moved.push_back("The day voucher (IJF) of 05/11/2024 is not what the day's forms make: there "
                     "is none, but the day's forms make one of 15 rows.");
     EXPECT_EQ(desk::CheckBooks(app).faults, moved);

@@ -11,6 +11,7 @@
 #include "desk/core/SelectItemScreen.h"
 #include "desk/documents/DocumentScreen.h"
 #include "desk/documents/HostDocuments.h"
+#include "kivra/documents/PendingJForms.h"
 #include "kivra/module/mKivraModule.h"
 
 #include <string>
@@ -149,7 +150,8 @@ protected:
         return rows;
     }
 
-    // A saved form: its market and date, and its lines as "item buyer quantity rate jfactor".
+    // A saved form: its market and date, its lines as "item buyer quantity rate jfactor", and
+    // its day's pending J-Forms kept as a save keeps them.
     void SavedForm(int id, const std::string& series, const std::string& isoDate, int market,
                    const std::vector<std::tuple<int, int, const char*, const char*, int>>& lines) {
         Db().ExecuteSql("INSERT INTO DOCMAIN (DOCUMENTID, DOCSERIES, DOCSERIESID, DOCNUMBER, "
@@ -164,6 +166,7 @@ protected:
                             std::to_string(id) + ", " + std::to_string(++refNo) + ", " +
                             std::to_string(item) + ", " + std::to_string(buyer) + ", " + quantity +
                             ", 0, 50, " + rate + ", " + std::to_string(jFactor) + ")");
+        kivra::KeepPendingOf(Db(), *Date::ParseIso(isoDate));
     }
 
     // A new I-Form: its market chosen first, then the pending J-Forms listed (kept in listed);

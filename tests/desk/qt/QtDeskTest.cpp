@@ -455,6 +455,11 @@ TEST_F(QtDesk, APendingJFormIsPickedFromTheListAtTheKeyboard) {
                   "FREEQUANTITY, QTYPERBOX, RATE, JFACTOR) SELECT 900, QMCD, QMCD, MCD, 10, 0, 50, "
                   "2275, 1 FROM STKMASTER, FAMASTER WHERE QMHD='WHEAT' AND MHD='PUNGRAIN' OR "
                   "QMHD='PADDY' AND MHD='MARKFED'");
+    // And the day's pending J-Forms, which a save keeps for the I-Forms' list.
+    db.ExecuteSql("INSERT INTO JFORMPENDING (MARKETID, DOCDATE, CUSTOMERID, PRODUCTID, RATE, "
+                  "QUANTITY, RATEPENDING, ITEMPENDING) SELECT b.MARKETID, b.DOCDATE, a.CUSTOMERID, "
+                  "a.PRODUCTID, a.RATE, a.QUANTITY, 1, 1 FROM DOCDATA a JOIN DOCMAIN b ON "
+                  "b.DOCUMENTID=a.DOCUMENTID WHERE a.DOCUMENTID=900");
 
     auto choose = [](QWidget& list, const char* keys, int downs) {
         auto* table = list.findChild<QTableWidget*>("List");
