@@ -92,6 +92,7 @@ void CKivraDoc::EditDocumentEnd() {
 }
 
 void CKivraDoc::DeleteDocument(std::int32_t documentId, bool& /*cancel*/) {
+    buyers_ = BuyersOf(form_.Doc().Database(), documentId);
     // Read before the row goes, so that the day's voucher can be rebuilt without it.
     const qx::Value stored = form_.Doc().Database().LookupValue(
         "DOCMAIN", "DocDate", "DocumentID=" + std::to_string(documentId));
@@ -106,7 +107,7 @@ void CKivraDoc::DeleteDocumentEnd() {
 void CKivraDoc::PostDay(qx::Date day) {
     qx::CompanyDb& db = form_.Doc().Database();
     DailyVoucher(form_.Context(), db, form_.multipleMarkets, dayColumns_).Post(day);
-    KeepPendingOf(db, day);
+    KeepPendingOf(db, day, buyers_);
 }
 
 // ---- Typing ---------------------------------------------------------------------------------
@@ -150,6 +151,11 @@ void CKivraDoc::UpdateTotals2() {
 
 void CKivraDoc::BeforeSaveDocument(bool& cancel) {
     CheckBeforeSave(form_, cancel);
+    // Read in the unit that saves, before the lines go: the buyers whose pending J-Forms the
+    // lines as stored count in.
+    auto& doc = form_.Doc();
+    buyers_.clear();
+    if (!cancel && doc.DocumentID() != 0) buyers_ = BuyersOf(doc.Database(), doc.DocumentID());
 }
 
 void CKivraDoc::SaveDocumentBegin() {
@@ -167,6 +173,7 @@ void CKivraDoc::SaveItem(int row, qx::PropertyBag& item) {
 // The day the form was on before this edit no longer counts it; the day it is on now does.
 void CKivraDoc::SaveDocumentEnd() {
     const qx::Date day = form_.Doc().DocDate();
+    buyers_.merge(BuyersOf(form_.Doc().Database(), form_.Doc().DocumentID()));
     if (documentDate_ && *documentDate_ != day) PostDay(*documentDate_);
     PostDay(day);
 }

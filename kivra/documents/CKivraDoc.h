@@ -13,6 +13,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 
 namespace kivra {
@@ -67,8 +68,8 @@ public:
     void SaveVoucherEnd() override { voucher_.End(); }
     void SaveDocumentEnd() override;
 
-    // Builds the day's consolidated I/J-Form voucher and its pending J-Forms again from the
-    // day's documents.
+    // Builds the day's consolidated I/J-Form voucher, and the pending J-Forms of the document's
+    // buyers, again from the day's documents.
     void PostDay(qx::Date day);
 
 private:
@@ -80,6 +81,9 @@ private:
     bool ratesLoaded_ = false;
     // The day of the document last edited or deleted, whose voucher and pending are rebuilt.
     std::optional<qx::Date> documentDate_;
+    // The buyers of the document's lines being saved or deleted, as stored before and after,
+    // whose pending J-Forms are kept again.
+    std::set<std::int32_t> buyers_;
     // Charge rates stored on the lines of the document being edited, by "i" + item code.
     qx::PropertyBag savedItemRates_;
 };

@@ -55,6 +55,28 @@ void KeepPendingOf(qx::CompanyDb& db, qx::Date day) {
     db.ExecuteSql(Insert(" and b.DocDate=" + literal));
 }
 
+void KeepPendingOf(qx::CompanyDb& db, qx::Date day, const std::set<std::int32_t>& buyers) {
+    if (buyers.empty()) return;
+    std::string list;
+    for (const std::int32_t buyer : buyers)
+        list += (list.empty() ? "" : ",") + std::to_string(buyer);
+    const std::string literal = db.DateLiteral(day);
+    db.ExecuteSql("Delete from JFORMPENDING Where DOCDATE=" + literal + " and CUSTOMERID in (" +
+                  list + ")");
+    db.ExecuteSql(Insert(" and b.DocDate=" + literal + " and a.CustomerID in (" + list + ")"));
+}
+
+std::set<std::int32_t> BuyersOf(qx::CompanyDb& db, std::int32_t documentId) {
+    std::set<std::int32_t> buyers;
+    for (auto rows = db.OpenRecordset(
+             "Select Distinct CustomerID From DocData Where CustomerID is not null and "
+             "DocumentID=" +
+             std::to_string(documentId));
+         !rows->EndOfRows(); rows->MoveNext())
+        buyers.insert(rows->Field(0).AsInt());
+    return buyers;
+}
+
 std::vector<std::string> PendingDisagreements(ModuleContext& context) {
     qx::CompanyDb& db = context.Db();
     const std::string kept = "Select " + kColumns + " From JFORMPENDING";

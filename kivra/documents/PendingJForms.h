@@ -12,13 +12,16 @@
 // Invariant, kept by every save, edit, date change, cancellation and deletion of a document,
 // each of which keeps its day again (both days when the date moved) inside the unit of work
 // that writes it:
-//  (1) A day's rows are what KeepPendingOf builds afresh from that day's documents.
+//  (1) A day's rows are what KeepPendingOf builds afresh from that day's documents. A save
+//      builds those of the buyers of the document's lines, as they were and as they are.
 // The books check proves it for every day.
 
 #include "kivra/module/ModuleContext.h"
 
 #include "host/Date.h"
 
+#include <cstdint>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -32,6 +35,11 @@ inline constexpr const char* kLinePending = "(a.Quantity+a.FreeQuantity)*a.JFact
 void CheckPendingTable(qx::CompanyDb& db);
 // Builds the day's rows afresh from the day's documents.
 void KeepPendingOf(qx::CompanyDb& db, qx::Date day);
+// The same for the rows of these buyers only: the others' are what they were (a row's sums
+// never mix buyers).
+void KeepPendingOf(qx::CompanyDb& db, qx::Date day, const std::set<std::int32_t>& buyers);
+// The buyers of the document's lines as the company holds them.
+std::set<std::int32_t> BuyersOf(qx::CompanyDb& db, std::int32_t documentId);
 // How the kept rows differ from what the documents leave pending, one text a row; empty when
 // they agree. The company must have the table (CheckPendingTable).
 std::vector<std::string> PendingDisagreements(ModuleContext& context);

@@ -46,8 +46,11 @@ TEST_F(SaveTest, AJFormIsSavedOpenedAsSavedSavedAgainOverItselfAndDeletedWhole) 
               (Strings{"WHEAT", "BANSAL TRADERS", "21", "10.50", "", "10.50", "22,312.50"}));
     EXPECT_EQ(Charges(screen), Strings{"LABOUR 6.22 130.62"});
 
-    // 10.40 quintals weighed as 21 bags; the form is not a duplicate of itself.
-    ASSERT_TRUE(TypeLine(screen, 1, {{"QUANTITY", "10.40"}, {"REV_BAGS2", "21"}}));
+    // 10.40 quintals weighed as 21 bags, sold to another buyer; the form is not a duplicate of
+    // itself, and what is pending for I-Forms goes to the new buyer.
+    Db().ExecuteSql("INSERT INTO FAMASTER (MCD, MHD, MST) VALUES (203, 'GOYAL MILLS', 'KHANNA')");
+    ASSERT_TRUE(TypeLine(screen, 1,
+                         {{"CUSTOMER_ID", "goyal mills"}, {"QUANTITY", "10.40"}, {"REV_BAGS2", "21"}}));
     EXPECT_EQ(Line(screen, 1, {"ADD_LESS_KGS", "TOTAL_WT"}), (Strings{"10", "10.50"}));
     EXPECT_EQ(Charges(screen), Strings{"LABOUR 6.22 130.62"});
     ASSERT_TRUE(Press(screen, ui::Key::F10));
@@ -56,6 +59,7 @@ TEST_F(SaveTest, AJFormIsSavedOpenedAsSavedSavedAgainOverItselfAndDeletedWhole) 
     EXPECT_EQ(Rows("SELECT DOCUMENTID, QUANTITY, AddLessKgs, TOTALWT, AMOUNT FROM DOCDATA"),
               Strings{"1|10.4|10|10.5|22100"});
     EXPECT_EQ(Rows("SELECT LABOUR, GRANDTOTAL FROM DOCMAIN"), Strings{"130.62|21969"});
+    EXPECT_EQ(Rows("SELECT CUSTOMERID, QUANTITY FROM JFORMPENDING"), Strings{"203|10.4"});
 
     // Deleted when the user says so, it leaves nothing behind, and its form number is free.
     screen.OpenDocument(1);
@@ -64,7 +68,7 @@ TEST_F(SaveTest, AJFormIsSavedOpenedAsSavedSavedAgainOverItselfAndDeletedWhole) 
     EXPECT_EQ(SavedForms().size(), 1u);
     frontend.QueueAnswer(kAnswerYes);
     ASSERT_TRUE(Press(screen, ui::Key::F3));
-    for (const char* table : {"DOCMAIN", "DOCDATA", "DOCCHARGEDATA"})
+    for (const char* table : {"DOCMAIN", "DOCDATA", "DOCCHARGEDATA", "JFORMPENDING"})
         EXPECT_EQ(Rows(std::string("SELECT COUNT(*) FROM ") + table), Strings{"0"}) << table;
     TypeHeader(screen, "15/04/2024", "gurmeet singh", "KHANNA", "7", "12");
     ASSERT_TRUE(TypeLine(screen, 1, JLine("wheat", "self", "50", "1", "2125")));
