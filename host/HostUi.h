@@ -23,6 +23,12 @@ struct Period {
     bool operator==(const Period&) const = default;
 };
 
+// An account of the books as the user chose it.
+struct ChosenAccount {
+    std::int32_t code = 0; // FAMASTER.MCD
+    std::string name;
+};
+
 class FormProvider {
 public:
     virtual ~FormProvider() = default;
@@ -61,6 +67,12 @@ public:
     virtual std::optional<Period> AskPeriod(const std::string& key) = 0;
     // The single-date dialog.
     virtual std::optional<Date> AskDate(const std::string& key) = 0;
+    // The period AskPeriod would propose under the key, without asking (the period a screen
+    // starts with before the user chooses one).
+    virtual Period LastPeriod(const std::string& key) = 0;
+    // The party picker: the accounts with their balances, opening at the first whose name
+    // starts with what the user typed; nullopt when he cancels.
+    virtual std::optional<ChosenAccount> SelectParty(const std::string& typed) = 0;
     // The item filter ("FilterProduct"): the user chooses items; the choice is kept under the
     // key. Returns the condition on the item table's alias ("s.QMCD IN (3,7)"), empty for every
     // item; nullopt when the user cancels (the choice kept stays as it was).

@@ -53,12 +53,14 @@ constexpr const char* kUsage = R"(qx: QX Desk from the command line
         document's totals are its lines and charges, nothing points at what is gone, and each
         module's own rules hold; one line per fault, and the exit status is 1 when there is one
   qx report PATH NAME [--from dd/MM/yyyy] [--to dd/MM/yyyy] [--market NAME]
-            [--option NAME=VALUE]... [--format text|csv|xlsx|pdf] [--out FILE]
+            [--option NAME=VALUE]... [--ARGUMENT VALUE]... [--format text|csv|xlsx|pdf] [--out FILE]
         make a module's report by its NAME (an unknown NAME lists them) through the report's
         own screen: the period or day it asks is typed from --from and --to (--to is the
         --from when not given), the market it asks is chosen by --market (every market when
         "all" or none), questions are answered yes; --option sets a box, a list or a check box
-        (yes/no) of the report by its name; the report is written to FILE, or as text or CSV on
+        (yes/no) of the report by its name; --ARGUMENT VALUE gives the report an argument of
+        its own (such as --party NAME), which an unknown argument lists; the report is
+        written to FILE, or as text or CSV on
         the standard output; every message of the report is printed, and an error it shows
         ends the command with exit status 1
   qx sql PATH "STATEMENT" [--write]
@@ -253,8 +255,11 @@ int Report(const std::vector<std::string>& args, std::ostream& out, std::ostream
             if (equals == std::string::npos || equals == 0)
                 throw UsageError("--option takes NAME=VALUE, not \"" + option + "\"");
             request.options.emplace_back(option.substr(0, equals), option.substr(equals + 1));
-        } else if (args[i].starts_with("--")) throw UsageError("unknown option " + args[i]);
-        else operands.push_back(args[i]);
+        } else if (args[i].starts_with("--") && args[i].size() > 2) {
+            // The report's own argument (--party NAME), which the report checks.
+            const std::string name = args[i].substr(2);
+            request.arguments.emplace_back(name, value());
+        } else operands.push_back(args[i]);
     }
     if (operands.size() != 2) throw UsageError("report needs a PATH and a report NAME");
     request.name = operands[1];

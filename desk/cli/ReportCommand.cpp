@@ -8,6 +8,7 @@
 #include "host/ReportSource.h"
 #include "host/Text.h"
 
+#include <algorithm>
 #include <ostream>
 #include <sstream>
 #include <stdexcept>
@@ -28,9 +29,10 @@ public:
         else if (dialog.Name() == desk::kSelectListScreen) AnswerList(dialog);
     }
 
-    // A --from or --market the report never asked for would be silently ignored: refused.
-    void CheckAllAnswered() const {
-        if (request_.from && !periodAsked_)
+    // A --from or --market the report never asked for would be silently ignored: refused,
+    // unless the report takes its period as arguments.
+    void CheckAllAnswered(bool periodTaken) const {
+        if (request_.from && !periodAsked_ && !periodTaken)
             throw std::runtime_error("The report " + request_.name + " asks for no period: --from and --to cannot "
                                      "be given.");
         if (request_.market && !IsAll(*request_.market) && !listAsked_)
@@ -64,6 +66,10 @@ private:
         refusal_ = "There is no market " + Quoted(*request_.market) + " to choose: the list holds " + entries + ".";
     }
 
+public:
+    bool PeriodAsked() const { return periodAsked_; }
+
+private:
     const ReportRequest& request_;
     bool periodAsked_ = false;
     bool listAsked_ = false;
@@ -119,7 +125,15 @@ void RunReport(desk::DeskApp& app, desk::ScriptedFrontend& frontend, const Repor
     const auto reports = ModuleReports(app);
     std::string key, names;
     for (const auto& [name, menuKey] : reports) {
-        if (name == request.name) key = menuKey;
+        const auto plus = name.find('+');
+        if (plus != std::string::npos) {
+            // The variant of the report made when its argument is given.
+            const bool given = std::any_of(request.arguments.begin(), request.arguments.end(),
+                                           [&](const auto& argument) { return argument.first == name.substr(plus + 1); });
+            if (name.substr(0, plus) == request.name && given) key = menuKey;
+            continue;
+        }
+        if (name == request.name && key.empty()) key = menuKey;
         names += (names.empty() ? "" : ", ") + name;
     }
     if (key.empty())
@@ -150,10 +164,30 @@ void RunReport(desk::DeskApp& app, desk::ScriptedFrontend& frontend, const Repor
     refuseOnError();
     if (app.OpenScreens().size() <= before)
         throw std::runtime_error("The report " + request.name + " opened no screen.");
-    answers.CheckAllAnswered();
     ui::Screen& screen = *app.OpenScreens().back();
-    const auto* source = dynamic_cast<const ReportSource*>(&screen);
+    auto* source = dynamic_cast<ReportSource*>(&screen);
     if (!source) throw std::runtime_error("The screen of the report " + request.name + " does not say its report.");
+    const auto takes = source->ArgumentNames();
+    auto taken = [&takes](const std::string& name) { return std::find(takes.begin(), takes.end(), name) != takes.end(); };
+    answers.CheckAllAnswered(taken("from"));
+
+    // The report's own arguments, and the period of a report that asked none on opening.
+    ReportArguments arguments = request.arguments;
+    if (request.from && !answers.PeriodAsked()) {
+        arguments.emplace_back("from", *request.from);
+        arguments.emplace_back("to", request.to.value_or(*request.from));
+    }
+    for (const auto& [name, value] : arguments)
+        if (!taken(name)) {
+            std::string list;
+            for (const std::string& each : takes) list += (list.empty() ? "--" : ", --") + each;
+            throw std::runtime_error("The report " + request.name + " takes no --" + name +
+                                     (list.empty() ? "." : ": it takes " + list + "."));
+        }
+    if (!arguments.empty()) {
+        source->TakeArguments(arguments);
+        refuseOnError();
+    }
 
     for (const auto& [name, value] : request.options) {
         SetOption(screen, frontend, name, value);

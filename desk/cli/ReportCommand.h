@@ -5,6 +5,7 @@
 #include "desk/core/DeskApp.h"
 #include "desk/core/ReportFile.h"
 #include "desk/core/Scripted.h"
+#include "host/ReportSource.h"
 
 #include <filesystem>
 #include <iosfwd>
@@ -21,11 +22,13 @@ struct ReportRequest {
     std::optional<std::string> to;   // the From when not given
     std::optional<std::string> market;                       // "all" or none: every market
     std::vector<std::pair<std::string, std::string>> options; // control name, value, in order
+    ReportArguments arguments; // the report's own (--party NAME), by name without the dashes
     desk::ReportFormat format = desk::ReportFormat::Text;
     std::optional<std::filesystem::path> out; // none: text on out
 };
 
-// The reports of the loaded modules, each as its name and the menu key that opens it.
+// The reports of the loaded modules, each as its name and the menu key that opens it. A name
+// "NAME+ARGUMENT" is the variant of NAME made when that argument is given.
 std::vector<std::pair<std::string, std::string>> ModuleReports(desk::DeskApp& app);
 
 // Opens the report, answers what it asks, sets its options and saves it. Every message the

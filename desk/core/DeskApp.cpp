@@ -1,5 +1,6 @@
 #include "DeskApp.h"
 
+#include "PartyPicker.h"
 #include "PrintDesigns.h"
 #include "ReportDialogs.h"
 #include "Scripted.h"
@@ -63,6 +64,7 @@ bool DeskApp::CloseCompany() {
         if (!CloseScreen(*screens_.back())) return false;
     session_.Close();
     splMenus_.clear();
+    miscMenu_.clear();
     closed_.clear();
     frontend_.MenusChanged();
     return true;
@@ -70,9 +72,17 @@ bool DeskApp::CloseCompany() {
 
 void DeskApp::RefreshMenus() {
     splMenus_.clear();
+    miscMenu_.clear();
     if (session_.HasCompany()) {
         bool handled = false;
         Raise([&](HostAppEvents& l) { l.SplMenuCreate(Value(), handled); });
+        EventArgs items;
+        RaiseCustomEvent("MiscMenuItems", items);
+        for (const std::string& text : items.Items.Items()) {
+            const auto dash = text.find('-');
+            if (dash == std::string::npos) miscMenu_.push_back({text, text});
+            else miscMenu_.push_back({text.substr(0, dash), text.substr(dash + 1)});
+        }
     }
     frontend_.MenusChanged();
 }
@@ -88,6 +98,12 @@ void DeskApp::ClickMenu(const std::string& key) {
         auto host = hostScreens_.find(key);
         if (host != hostScreens_.end()) {
             ShowForm(host->second.make());
+            return;
+        }
+        if (std::any_of(miscMenu_.begin(), miscMenu_.end(), [&](const auto& e) { return e.key == key; })) {
+            EventArgs click;
+            click.Parameters.SetValue("Key", key);
+            RaiseCustomEvent("MiscMenuClick", click);
             return;
         }
         // Modules may offer keys of screens that this version of the desk does not have yet.
@@ -258,6 +274,12 @@ void DeskApp::Print(const PrintJob& job, PrintMode mode) { frontend_.Print(Named
 std::optional<Period> DeskApp::AskPeriod(const std::string& key) { return desk::AskPeriod(*this, key); }
 
 std::optional<Date> DeskApp::AskDate(const std::string& key) { return desk::AskDate(*this, key); }
+
+Period DeskApp::LastPeriod(const std::string& key) { return desk::LastPeriod(*this, key); }
+
+std::optional<ChosenAccount> DeskApp::SelectParty(const std::string& typed) {
+    return PartyPicker(*this, session_.Database()).Choose(typed);
+}
 
 std::optional<std::string> DeskApp::FilterItems(const std::string& key, const std::string& alias) {
     return desk::FilterItems(*this, key, alias);

@@ -52,6 +52,13 @@ struct MainMenuEntry {
     std::string caption;
 };
 
+// An entry the modules add to the host's miscellaneous menu ("KVINT-Interest ..."): the key
+// before the first '-', the caption after it; a click raises "MiscMenuClick" with the key.
+struct MiscMenuEntry {
+    std::string key;
+    std::string caption;
+};
+
 class DeskApp : public HostApp, public HostMainForm, public HostUi, public FormProvider {
 public:
     explicit DeskApp(Frontend& frontend);
@@ -74,9 +81,11 @@ public:
     void RefreshMenus();
     desk::Session& DeskSession() { return session_; }
 
-    // A click on a main-menu entry or a special-menu button: the modules are asked first
-    // (MainMenuClick), then the host's own screens.
+    // A click on a main-menu entry, a special-menu button or a miscellaneous entry: the modules
+    // are asked first (MainMenuClick), then the host's own screens, then the modules' own
+    // miscellaneous entries (MiscMenuClick).
     void ClickMenu(const std::string& key);
+    const std::vector<MiscMenuEntry>& MiscMenu() const { return miscMenu_; }
     const std::vector<MainMenuEntry>& MainMenu() const { return mainMenu_; }
     const std::vector<std::unique_ptr<SpecialMenu>>& SpecialMenus() const { return splMenus_; }
     // A host screen of the desk's own, keyed as its menu entry; shown in the main menu
@@ -143,6 +152,8 @@ public:
     PrintJob Named(const PrintJob& job);
     std::optional<Period> AskPeriod(const std::string& key) override;
     std::optional<Date> AskDate(const std::string& key) override;
+    Period LastPeriod(const std::string& key) override;
+    std::optional<ChosenAccount> SelectParty(const std::string& typed) override;
     std::optional<std::string> FilterItems(const std::string& key, const std::string& alias) override;
     void ShowVoucher(std::int32_t voucherId) override;
 
@@ -164,6 +175,7 @@ private:
     std::vector<HostAppEvents*> listeners_;
     std::vector<std::unique_ptr<SpecialMenu>> splMenus_;
     std::vector<MainMenuEntry> mainMenu_;
+    std::vector<MiscMenuEntry> miscMenu_;
     std::map<std::string, HostScreen> hostScreens_;
     std::vector<std::shared_ptr<ui::Screen>> screens_;
     std::vector<std::shared_ptr<ui::Screen>> closed_; // released at the next user action

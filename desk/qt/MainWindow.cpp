@@ -55,6 +55,9 @@ void MainWindow::Refresh() {
     for (const MainMenuEntry& entry : app_.MainMenu())
         MenuOfGroup(ToQString(entry.group))
             ->addAction(ToQString(entry.caption), this, [this, key = entry.key] { app_.ClickMenu(key); });
+    for (const MiscMenuEntry& entry : app_.MiscMenu())
+        MenuOfGroup(QStringLiteral("Miscellaneous"))
+            ->addAction(ToQString(entry.caption), this, [this, key = entry.key] { app_.ClickMenu(key); });
     company->addSeparator();
     company->addAction(QStringLiteral("Exit"), this, &QWidget::close);
 

@@ -6,6 +6,8 @@
 #include "kivra/documents/BooksCheck.h"
 #include "kivra/documents/CKivraDoc.h"
 #include "kivra/documents/DailyVoucher.h"
+#include "kivra/interest/frmKivraInterest.h"
+#include "kivra/interest/frmKivraInterest2.h"
 #include "kivra/masters/frmKivraRates.h"
 #include "kivra/masters/frmMarketMaster.h"
 #include "kivra/reports/frmDailySummary.h"
@@ -55,7 +57,8 @@ constexpr MenuButtonDef kSpecialMenu[] = {
 };
 
 // The reports the host may run by name (`qx report`), each opened by its menu key as a click
-// opens it.
+// opens it. A name given twice comes in variants: "interest+total-days" is the variant made
+// when the argument total-days is given (the second interest screen).
 struct ReportDef {
     const char* name;
     const char* key;
@@ -64,6 +67,7 @@ struct ReportDef {
 constexpr ReportDef kReports[] = {
     {"daily-summary", "KvDailySummary"}, {"item-summary", "KvItemSummary"}, {"stock-register", "KvStkRegister"},
     {"form-m", "KvFormM"},               {"daily-return", "KvDailyReturn"},
+    {"interest", "KVINT"},               {"interest+total-days", "KVIN2"},
 };
 
 } // namespace
@@ -197,7 +201,16 @@ void CQXModule::CustomEvent(const std::string& name, qx::EventArgs& args) {
         args.Items.Add("KVIN2-Interest Calcuations-2 (Kivra)");
         return;
     }
-    // "MiscMenuClick" opens the interest screens, which come with the interest statements;
+    if (name == "MiscMenuClick") {
+        const std::string key = args.Parameters.GetValue("Key").AsText();
+        std::shared_ptr<qx::ui::Screen> screen;
+        if (key == "KVINT") screen = std::make_shared<frmKivraInterest>(*context_);
+        else if (key == "KVIN2") screen = std::make_shared<frmKivraInterest2>(*context_);
+        if (!screen) return;
+        screen->CallingForm = args.CallingForm;
+        context_->Show(screen);
+        return;
+    }
     // "MainFormConfig" and any other event need nothing.
 }
 

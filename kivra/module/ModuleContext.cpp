@@ -21,4 +21,14 @@ void ModuleContext::UnloadScreens() {
     }
 }
 
+bool ModuleContext::HostTookShortcut(const qx::ui::KeyPress& key, qx::ui::Screen& screen) {
+    const bool withModifier = key.shift || key.ctrl || key.alt;
+    const bool shortcutKey = key.key == qx::ui::Key::Tab ||
+                             (key.key == qx::ui::Key::Character && key.character >= 48 && key.character <= 105);
+    if (!withModifier || !shortcutKey) return false;
+    qx::ui::KeyPress passed = key;
+    Ui().HandleShortcutKey(passed, screen);
+    return passed.key == qx::ui::Key::None;
+}
+
 } // namespace kivra

@@ -31,6 +31,9 @@ public:
     // unload the screens still open when it is terminated.
     void Show(const std::shared_ptr<qx::ui::Screen>& screen);
     void UnloadScreens();
+    // Tab, and the keys of codes 48 to 105, pressed with Shift, Ctrl or Alt on a screen of the
+    // module are first offered to the host's shortcuts; true when the host took the key.
+    bool HostTookShortcut(const qx::ui::KeyPress& key, qx::ui::Screen& screen);
 
 private:
     qx::HostApp& app_;

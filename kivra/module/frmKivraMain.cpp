@@ -34,14 +34,7 @@ bool frmKivraMain::KeyDown(const qx::ui::KeyPress& key) {
         cube_.Click(key.character - U'1');
         return true;
     }
-    bool withModifier = key.shift || key.ctrl || key.alt;
-    bool shortcutKey = key.key == qx::ui::Key::Tab ||
-                       (key.key == qx::ui::Key::Character && key.character >= 48 && key.character <= 105);
-    if (withModifier && shortcutKey) {
-        qx::ui::KeyPress passed = key;
-        context_.Ui().HandleShortcutKey(passed, *this);
-        if (passed.key == qx::ui::Key::None) return true;
-    }
+    if (context_.HostTookShortcut(key, *this)) return true;
     return Screen::KeyDown(key);
 }
 
