@@ -17,6 +17,7 @@
 #include "support/BooksInOrder.h"
 #include "support/Desk.h"
 #include "support/DocumentTyping.h"
+#include "support/InterestBooks.h"
 
 #include <gmock/gmock.h>
 
@@ -570,6 +571,51 @@ TEST_F(QtDesk, APaymentIsTypedAtTheKeyboardOnTheVoucherScreen) {
     EXPECT_EQ(db.LookupValue("FADATA", "COUNT(*)", "VOUCHERID=14 AND ABS(DAMT)=10200").AsInt(), 2);
     test::ExpectBooksInOrder(app);
     app.CloseScreen(*screen);
+    app.CloseCompany();
+}
+
+// The two interest screens from the miscellaneous menu, each with a statement worked out, for a
+// person to look at: every caption, box and column readable, nothing clipped.
+TEST_F(QtDesk, TheInterestScreensFromTheMiscellaneousMenu) {
+    test::TempFolder folder;
+    const auto company = test::MakeCompany(folder);
+    {
+        desk::Session session;
+        session.Open(company);
+        test::PostInterestBooks(session.Database());
+        session.SetFirmSetting("Period.KivraInterest", "01/04/2024 to 30/06/2024");
+    }
+    app.LoadModules(std::getenv("QX_MODULES_DIR"));
+    app.OpenCompany(company);
+    frontend.Window().resize(1280, 820);
+    QAction* first = MenuAction("Miscellaneous", "Interest Calcuations (Kivra)");
+    ASSERT_NE(first, nullptr);
+    auto shoot = [&](QAction* entry, int method, const std::string& file, const std::function<void(ui::Screen&)>& period) {
+        entry->trigger();
+        ui::Screen& screen = *app.OpenScreens().back();
+        QMdiSubWindow* window = frontend.WindowOf(screen);
+        ASSERT_NE(window, nullptr);
+        window->showMaximized();
+        auto& party = screen.Get<ui::TextBox>("txpParty");
+        screen.Focus(party);
+        party.Type("GURMEET SINGH");
+        screen.KeyDown({ui::Key::Enter});
+        screen.Get<ui::OptionGroup>("optInterest").Click(method);
+        period(screen);
+        QTest::qWait(50); // the heading's new width laid out
+        EXPECT_TRUE(Shoot(frontend.Window(), file));
+        auto* grid = window->findChild<QTableWidget*>("Grid");
+        ASSERT_NE(grid, nullptr);
+        EXPECT_GT(grid->rowCount(), 5);
+        app.CloseScreen(screen);
+    };
+    shoot(first, 0, "interest.png", [](ui::Screen& screen) { screen.KeyDown({ui::Key::F7}); });
+    shoot(MenuAction("Miscellaneous", "Interest Calcuations-2 (Kivra)"), 1, "interest-2.png", [](ui::Screen& screen) {
+        screen.Get<ui::TextBox>("txpTotalDays").SetText("360");
+        screen.KeyDown({ui::Key::F2});
+        QApplication::processEvents();
+        screen.Get<ui::StdButtons>("btnOKCancel").Click(0);
+    });
     app.CloseCompany();
 }
 

@@ -7,6 +7,8 @@
 #include "desk/cli/Commands.h"
 #include "desk/core/PartyPicker.h"
 #include "desk/core/PeriodDialog.h"
+#include "desk/core/ReportFile.h"
+#include "desk/qt/QtTestSupport.h"
 #include "kivra/interest/InterestGrid.h"
 #include "kivra/interest/frmKivraInterest2.h"
 
@@ -153,6 +155,16 @@ TEST_F(InterestTest, TheFirstScreenByBothMethodsAndRecalculate) {
     EXPECT_EQ(screen.Get<ui::Label>("lblHeading").Text(), "Period: 01/04/2024 to 30/06/2024");
     EXPECT_THAT(Shown(screen.Report()), ElementsAreArray(kFirstMethod1));
     EXPECT_EQ(screen.Report().title2, "Party: GURMEET SINGH");
+#ifdef QX_WITH_PDF
+    // Printed for the party: interest-statement.pdf, its page kept as interest-statement-1.png.
+    const auto pdf = test::OutputFolder() / "interest-statement.pdf";
+    desk::SaveReport(screen.Report(), desk::ReportFormat::Pdf, pdf);
+    const std::string printed = test::PdfPageText(pdf, 1);
+    for (const char* text : {"Period: 01/04/2024 to 30/06/2024", "Party: GURMEET SINGH", "108.49", "Grace Days", "288.11Cr"})
+        EXPECT_THAT(printed, HasSubstr(text));
+    test::RunTool("pdftoppm -png -r 60 -f 1 -l 1 '" + pdf.string() + "' '" +
+                  (test::OutputFolder() / "interest-statement").string() + "'");
+#endif
 
     Method(screen, 1);
     EXPECT_FALSE(screen.Get<ui::OptionGroup>("optGrace").Visible()) << "grace is chosen for Method 1";
