@@ -608,7 +608,8 @@ void CheckSeason(CompanyDb& db, const SeasonSize& size) {
                                  ", the pending goods are " + pending.AsText());
 }
 
-// The run's own folder, removed at exit.
+} // namespace
+
 const std::filesystem::path& RunFolder() {
     struct Folder {
         Folder() {
@@ -626,8 +627,6 @@ const std::filesystem::path& RunFolder() {
     static const Folder folder;
     return folder.path;
 }
-
-} // namespace
 
 void MakeSeasonCompany(const std::filesystem::path& path, const SeasonSize& size) {
     desk::Session session;

@@ -39,6 +39,8 @@ void MakeSeasonCompany(const std::filesystem::path& path, const SeasonSize& size
 // first when missing, and kept), else one made once per run in a temporary folder and removed
 // at exit. Nothing is saved into it.
 const std::filesystem::path& SeasonCompany();
+// The run's own temporary folder, removed at exit.
+const std::filesystem::path& RunFolder();
 // A season of another size, made once per run in its temporary folder.
 std::filesystem::path SeasonCompany(const SeasonSize& size);
 // A fresh copy of such a company for a benchmark that saves, so that what it writes changes

@@ -29,6 +29,8 @@ public:
         else if (dialog.Name() == desk::kSelectListScreen) AnswerList(dialog);
     }
 
+    bool PeriodAsked() const { return periodAsked_; }
+
     // A --from or --market the report never asked for would be silently ignored: refused,
     // unless the report takes its period as arguments.
     void CheckAllAnswered(bool periodTaken) const {
@@ -66,10 +68,6 @@ private:
         refusal_ = "There is no market " + Quoted(*request_.market) + " to choose: the list holds " + entries + ".";
     }
 
-public:
-    bool PeriodAsked() const { return periodAsked_; }
-
-private:
     const ReportRequest& request_;
     bool periodAsked_ = false;
     bool listAsked_ = false;
