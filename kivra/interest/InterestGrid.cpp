@@ -15,22 +15,41 @@ std::optional<Amount> Cell(const qx::ui::Grid& grid, int row, int col) {
     return qx::TextToAmount(text);
 }
 
-void AddLine(qx::PrintJob& job, const StatementLine& line) {
-    std::vector<std::string> cells(kStatementCols);
-    if (line.serial > 0) cells[kSerialCol] = std::to_string(line.serial);
-    cells[kDateCol] = line.date.ToDisplay();
-    cells[kBookCol] = line.book;
-    cells[kNarrationCol] = line.narration;
-    cells[kDebitCol] = Money(line.debit);
-    cells[kCreditCol] = Money(line.credit);
-    cells[kBalanceCol] = qx::FormatAmount(line.balance, "c2");
-    if (line.days) cells[kDaysCol] = qx::FormatAmount(*line.days, "C0");
-    if (line.rate) cells[kRateCol] = line.rate->ToPlainString();
-    cells[kDrInterestCol] = Money(line.drInterest);
-    cells[kCrInterestCol] = Money(line.crInterest);
-    cells[kInterestCol] = Money(line.interest);
-    job.rows.push_back({std::move(cells), {}});
-}
+// Lays the lines out; a day's many entries, and every entry's rate, share one text each.
+class LineLayout {
+public:
+    void Add(qx::PrintJob& job, const StatementLine& line) {
+        std::vector<std::string> cells(kStatementCols);
+        if (line.serial > 0) cells[kSerialCol] = std::to_string(line.serial);
+        cells[kDateCol] = Shown(line.date);
+        cells[kBookCol] = line.book;
+        cells[kNarrationCol] = line.narration;
+        cells[kDebitCol] = Money(line.debit);
+        cells[kCreditCol] = Money(line.credit);
+        cells[kBalanceCol] = qx::FormatAmount(line.balance, "c2");
+        if (line.days) cells[kDaysCol] = qx::FormatAmount(*line.days, "C0");
+        if (line.rate) cells[kRateCol] = Shown(*line.rate);
+        cells[kDrInterestCol] = Money(line.drInterest);
+        cells[kCrInterestCol] = Money(line.crInterest);
+        cells[kInterestCol] = Money(line.interest);
+        job.rows.push_back({std::move(cells), {}});
+    }
+
+private:
+    const std::string& Shown(qx::Date date) {
+        if (!dateText_ || date != date_) dateText_ = (date_ = date).ToDisplay();
+        return *dateText_;
+    }
+    const std::string& Shown(Amount rate) {
+        if (!rateText_ || rate != rate_) rateText_ = (rate_ = rate).ToPlainString();
+        return *rateText_;
+    }
+
+    qx::Date date_;
+    std::optional<std::string> dateText_;
+    Amount rate_;
+    std::optional<std::string> rateText_;
+};
 
 void AddFooter(qx::PrintJob& job, const InterestStatement& statement) {
     const StatementTotals& totals = statement.totals;
@@ -99,7 +118,8 @@ qx::PrintJob StatementJob(const InterestStatement& statement) {
                    {"Cr.Intr", methodTwo, Align::Right},
                    {"Interest", methodOne, Align::Right}};
     job.rows.reserve(statement.lines.size() + 7);
-    for (const StatementLine& line : statement.lines) AddLine(job, line);
+    LineLayout layout;
+    for (const StatementLine& line : statement.lines) layout.Add(job, line);
     AddFooter(job, statement);
     return job;
 }

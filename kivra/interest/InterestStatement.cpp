@@ -19,6 +19,7 @@ bool InGraceBase(const InterestTerms& terms, const StatementLine& line) {
 
 Amount Days(qx::Date from, qx::Date to) { return Amount::FromInt(from.DaysUntil(to)); }
 
+// Above 0 a debit; anything else a credit, so that a nil balance shows 0.00 as a credit.
 void ShowAmount(StatementLine& line, Amount amount) {
     if (amount > Amount()) line.debit = amount;
     else line.credit = -amount;
@@ -61,7 +62,7 @@ Amount InterestOn(Amount amount, Amount rate, int yearLength, Amount days) {
     return Amount::FromDouble(interest).Round(2);
 }
 
-InterestStatement WorkOutInterest(const InterestTerms& terms, const qx::Period& period, const LedgerExtract& ledger) {
+InterestStatement WorkOutInterest(const InterestTerms& terms, const qx::Period& period, LedgerExtract ledger) {
     InterestStatement statement{terms, period, {}, {}};
     const bool zimidar = terms.method == InterestMethod::Zimidar;
     auto& lines = statement.lines;
@@ -72,17 +73,16 @@ InterestStatement WorkOutInterest(const InterestTerms& terms, const qx::Period& 
     opening.book = OpeningBook(terms);
     opening.narration = "Opening Balance";
     ShowAmount(opening, ledger.opening);
-    if (!opening.debit && !opening.credit) opening.credit = Amount(); // a nil balance shows 0.00 as a credit
     Amount balance = ledger.opening.Round(2);
     opening.balance = balance;
 
     qx::Date previous = period.from;
-    for (const LedgerEntry& entry : ledger.entries) {
+    for (LedgerEntry& entry : ledger.entries) {
         StatementLine line;
         line.serial = static_cast<int>(lines.size());
         line.date = entry.date;
-        line.book = entry.book;
-        line.narration = entry.narration;
+        line.book = std::move(entry.book);
+        line.narration = std::move(entry.narration);
         ShowAmount(line, entry.amount);
         line.rate = terms.rate;
         if (zimidar) {

@@ -82,7 +82,8 @@ struct InterestStatement {
 // the rest in double precision, as the host computes interest.
 qx::Amount InterestOn(qx::Amount amount, qx::Amount rate, int yearLength, qx::Amount days);
 
-InterestStatement WorkOutInterest(const InterestTerms& terms, const qx::Period& period, const LedgerExtract& ledger);
+// The ledger's texts move into the statement's lines.
+InterestStatement WorkOutInterest(const InterestTerms& terms, const qx::Period& period, LedgerExtract ledger);
 // After the user edited the Days and Rate of entries: each entry's Dr.Intr or Cr.Intr again
 // from its own Days and Rate, and the totals.
 void Recalculate(InterestStatement& statement);
