@@ -84,8 +84,7 @@ struct SettledFound {
 };
 SettledFound FindSettled(CompanyDb& db, std::string_view names);
 
-// An account's balance in the books, and as a cell shows it: "12,500.00 Dr", "300.00 Cr".
+// An account's balance in the books (a cell shows it with desk::BalanceText).
 Amount AccountBalance(CompanyDb& db, std::int32_t account);
-std::string BalanceText(Amount balance);
 
 } // namespace qx::desk

@@ -1,5 +1,6 @@
 #include "VoucherScreen.h"
 
+#include "desk/core/PartyPicker.h"
 #include "desk/core/SelectItemScreen.h"
 #include "desk/documents/DocumentContent.h"
 #include "desk/documents/ScreenTexts.h"
@@ -235,20 +236,11 @@ void VoucherScreen::LookUpAccount() {
     const int row = grid_.Row();
     if (row < 1 || grid_.Col() != kAccountCol)
         return;
-    SelectItemScreen list(app_);
-    list.SetSelectFirstRow(true);
-    list.SetListType("Account");
-    // An account's balance as the books hold it, Dr or Cr.
-    list.SelectItem(Db(),
-                    "SELECT M.MCD AS AccountID, M.MHD AS Account, G.GROUPNAME AS AccountGroup, "
-                    "ABS(COALESCE(B.BAL,0.0)) AS Balance, CASE WHEN B.BAL>0 THEN 'Dr' WHEN B.BAL<0 "
-                    "THEN 'Cr' ELSE '' END AS DrCr FROM (FAMASTER M LEFT JOIN FAGROUPS G ON "
-                    "G.GROUPNO=M.MBSHNO) LEFT JOIN (SELECT DCD, SUM(DAMT) AS BAL FROM FADATA GROUP "
-                    "BY DCD) B ON B.DCD=M.MCD ORDER BY M.MHD",
-                    "Accounts");
-    if (list.Cancelled() || list.SelectionCount() == 0)
+    // The host's party picker: every account with its balance, opened at what was typed.
+    const auto chosen = app_.SelectParty(grid_.TextMatrix(row, kAccountCol));
+    if (!chosen)
         return;
-    grid_.Type(list.Selected(0, "Account").AsText());
+    grid_.Type(chosen->name);
     grid_.Commit();
 }
 

@@ -181,10 +181,4 @@ Amount AccountBalance(CompanyDb& db, std::int32_t account) {
     return db.LookupValue("FADATA", "SUM(DAMT)", "DCD=" + Id(account)).AsAmount();
 }
 
-std::string BalanceText(Amount balance) {
-    if (balance.IsZero())
-        return "0.00";
-    return FormatAmount(balance.Abs(), "c2") + (balance > Amount() ? " Dr" : " Cr");
-}
-
 } // namespace qx::desk
