@@ -47,8 +47,12 @@ public:
     virtual int FieldCount() const = 0;
     virtual std::string FieldName(int index) const = 0;
     virtual bool HasField(std::string_view name) const = 0;
+    // The position of a field for Field(int), found once for a row set read row by row;
+    // throws DbError for a name the row set does not have.
+    virtual int FieldIndex(std::string_view name) const = 0;
     // Throws DbError for a name the row set does not have, or past the last row. The value is
-    // the row set's, read without a copy; it stands until a row is added or the set closed.
+    // the row set's, read without a copy; it stands until the row set moves on, a row is added
+    // or the set is closed.
     virtual const Value& Field(std::string_view name) const = 0;
     virtual const Value& Field(int index) const = 0;
 

@@ -148,6 +148,14 @@ SqliteCompanyDb::SqliteCompanyDb(sqlite3* db, std::filesystem::path path)
 }
 
 SqliteCompanyDb::~SqliteCompanyDb() {
+    // A row set left open keeps its rows; one that fails to read them says so as it is read on.
+    for (bool done = false; !done;) {
+        try {
+            reads_.ReadWhole();
+            done = true;
+        } catch (const DbError&) {
+        }
+    }
     if (inTransaction_)
         sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
     cache_.Clear();
@@ -190,12 +198,14 @@ std::unique_ptr<SqliteCompanyDb> SqliteCompanyDb::Open(const std::filesystem::pa
 }
 
 void SqliteCompanyDb::Run(std::string_view sql) {
+    reads_.ReadWhole();
     Statement statement(db_, sql);
     while (statement.Step()) {
     }
 }
 
 void SqliteCompanyDb::ExecuteSql(std::string_view sql, int /*options: no rows wanted*/) {
+    reads_.ReadWhole();
     Statement first(db_, sql, sql, &cache_, Statement::Text::Module);
     // A text may hold several statements; the ones after the first are prepared from the rest
     // of its adapted text as they come.
@@ -211,10 +221,11 @@ void SqliteCompanyDb::ExecuteSql(std::string_view sql, int /*options: no rows wa
 }
 
 std::unique_ptr<Recordset> SqliteCompanyDb::OpenRecordset(std::string_view sql) {
-    return std::make_unique<SqliteRecordset>(db_, cache_, sql);
+    return std::make_unique<SqliteRecordset>(db_, cache_, reads_, sql);
 }
 
 std::unique_ptr<Statement> SqliteCompanyDb::Query(std::string_view sql) {
+    reads_.ReadWhole(); // the statement may write
     const std::string adapted = AdaptSql(sql);
     auto query = std::make_unique<Statement>(db_, adapted, sql);
     if (query->Empty())

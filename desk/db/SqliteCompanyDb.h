@@ -2,6 +2,7 @@
 // A company kept in one SQLite file: embedded, nothing to install, copied and backed up as a
 // file. The module's SQL text reaches SQLite through AdaptSql.
 
+#include "SqliteRecordset.h"
 #include "StatementCache.h"
 
 #include "host/CompanyDb.h"
@@ -62,6 +63,7 @@ private:
 
     sqlite3* db_;
     StatementCache cache_;
+    RowsBeingRead reads_;
     std::filesystem::path path_;
     bool readOnly_;
     bool inTransaction_ = false;

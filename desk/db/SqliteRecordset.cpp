@@ -35,35 +35,61 @@ bool SqliteRecordset::NameEqual::operator()(std::string_view a, std::string_view
     return std::ranges::equal(a, b, [](char x, char y) { return Upper(x) == Upper(y); });
 }
 
-SqliteRecordset::SqliteRecordset(sqlite3* db, StatementCache& cache, std::string_view sql)
-    : db_(db), cache_(cache), sql_(sql) {
-    const std::string adapted = AdaptSql(sql);
-    writable_ = AsWritableQuery(adapted);
-    Statement query(db, writable_ ? writable_->sqlWithRowid : adapted, sql, &cache_);
-    if (query.Empty())
-        throw DbError("no query in: " + sql_);
-    // The columns are read once the query has run: a kept "SELECT *" prepared before its table
-    // gained a column is prepared again as it runs.
-    bool more = query.Step();
-    const int first = writable_ ? 1 : 0; // the rowid column is not one of the fields
-    for (int i = first; i < query.ColumnCount(); ++i) {
-        names_.push_back(query.ColumnName(i));
-        kinds_.push_back(query.ColumnKind(i));
-        byName_.try_emplace(names_.back(), names_.size() - 1); // the first of a name
-    }
-    for (; more; more = query.Step()) {
-        Row row;
-        if (writable_)
-            row.rowid = std::get<std::int64_t>(query.Column(0).Raw());
-        row.values.reserve(names_.size());
-        for (int i = first; i < query.ColumnCount(); ++i)
-            row.values.push_back(query.Column(i, kinds_[static_cast<std::size_t>(i - first)]));
-        rows_.push_back(std::move(row));
+void RowsBeingRead::Remove(SqliteRecordset& rows) {
+    std::erase(sets_, &rows);
+}
+
+void RowsBeingRead::ReadWhole() {
+    while (!sets_.empty()) {
+        SqliteRecordset* rows = sets_.back();
+        sets_.pop_back();
+        rows->ReadRest();
     }
 }
 
+SqliteRecordset::SqliteRecordset(sqlite3* db, StatementCache& cache, RowsBeingRead& reads,
+                                 std::string_view sql)
+    : db_(db), cache_(cache), reads_(reads), sql_(sql) {
+    const std::string adapted = AdaptSql(sql);
+    writable_ = AsWritableQuery(adapted);
+    auto query = std::make_unique<Statement>(db, writable_ ? writable_->sqlWithRowid : adapted,
+                                             sql, &cache_);
+    if (query->Empty())
+        throw DbError("no query in: " + sql_);
+    // The columns are read once the query has run: a kept "SELECT *" prepared before its table
+    // gained a column is prepared again as it runs.
+    bool more = query->Step();
+    const int first = writable_ ? 1 : 0; // the rowid column is not one of the fields
+    for (int i = first; i < query->ColumnCount(); ++i) {
+        names_.push_back(query->ColumnName(i));
+        kinds_.push_back(query->ColumnKind(i));
+        byName_.try_emplace(names_.back(), names_.size() - 1); // the first of a name
+    }
+    if (!writable_) {
+        if (more) {
+            live_ = std::move(query);
+            liveValues_.resize(names_.size());
+            liveRead_.assign(names_.size(), 0);
+            reads_.Add(*this);
+        }
+        return;
+    }
+    for (; more; more = query->Step())
+        rows_.push_back(ReadWholeRow(*query, first));
+}
+
+SqliteRecordset::Row SqliteRecordset::ReadWholeRow(const Statement& query, int first) const {
+    Row row;
+    if (first == 1)
+        row.rowid = std::get<std::int64_t>(query.Column(0).Raw());
+    row.values.reserve(names_.size());
+    for (std::size_t i = 0; i < names_.size(); ++i)
+        row.values.push_back(query.Column(static_cast<int>(i) + first, kinds_[i]));
+    return row;
+}
+
 bool SqliteRecordset::EndOfRows() const {
-    return current_ >= rows_.size();
+    return !live_ && current_ >= rows_.size() && failure_.empty();
 }
 
 void SqliteRecordset::MoveNext() {
@@ -71,7 +97,52 @@ void SqliteRecordset::MoveNext() {
         throw DbError("no row after the last one in: " + sql_);
     if (HasUnwrittenChanges())
         throw DbError("a changed row was left without Update in: " + sql_);
-    ++current_;
+    if (live_)
+        StepLive();
+    else if (current_ < rows_.size())
+        ++current_;
+    else
+        throw DbError(failure_);
+}
+
+void SqliteRecordset::StepLive() {
+    bool more = false;
+    try {
+        more = live_->Step();
+    } catch (const DbError& error) {
+        failure_ = error.what();
+        StopReading();
+        throw;
+    }
+    if (more)
+        std::ranges::fill(liveRead_, 0);
+    else
+        StopReading();
+}
+
+void SqliteRecordset::ReadRest() {
+    // The current row keeps the values already given, where they are.
+    for (std::size_t i = 0; i < names_.size(); ++i)
+        Cell(i);
+    rows_.clear();
+    rows_.push_back(Row{0, std::move(liveValues_), {}, false});
+    current_ = 0;
+    try {
+        while (live_->Step())
+            rows_.push_back(ReadWholeRow(*live_, 0));
+    } catch (const DbError& error) {
+        failure_ = error.what();
+        live_.reset();
+        throw;
+    }
+    live_.reset();
+}
+
+void SqliteRecordset::StopReading() {
+    if (!live_)
+        return;
+    live_.reset();
+    reads_.Remove(*this);
 }
 
 int SqliteRecordset::FieldCount() const {
@@ -88,13 +159,28 @@ bool SqliteRecordset::HasField(std::string_view name) const {
     return FindField(name).has_value();
 }
 
+int SqliteRecordset::FieldIndex(std::string_view name) const {
+    return static_cast<int>(IndexOf(name));
+}
+
 const Value& SqliteRecordset::Field(std::string_view name) const {
-    return StoredRow().values[FieldIndex(name)];
+    return Cell(IndexOf(name));
 }
 
 const Value& SqliteRecordset::Field(int index) const {
-    FieldName(index); // checks the index
-    return StoredRow().values[static_cast<std::size_t>(index)];
+    if (index < 0 || index >= FieldCount())
+        throw DbError("no field number " + std::to_string(index) + " in: " + sql_);
+    return Cell(static_cast<std::size_t>(index));
+}
+
+const Value& SqliteRecordset::Cell(std::size_t index) const {
+    if (!live_)
+        return StoredRow().values[index];
+    if (!liveRead_[index]) {
+        liveValues_[index] = live_->Column(static_cast<int>(index), kinds_[index]);
+        liveRead_[index] = 1;
+    }
+    return liveValues_[index];
 }
 
 void SqliteRecordset::AddNew() {
@@ -113,7 +199,7 @@ void SqliteRecordset::SetField(std::string_view name, Value value) {
     if (!writable_)
         throw DbError("rows of this query cannot be changed: " + sql_);
     Row& row = CurrentRow();
-    const std::size_t index = FieldIndex(name);
+    const std::size_t index = IndexOf(name);
     row.values[index] = std::move(value);
     row.changed.resize(names_.size());
     row.changed[index] = true;
@@ -131,6 +217,7 @@ void SqliteRecordset::Update() {
     const bool inserts = row.rowid == 0;
     if (!inserts && changed.empty())
         return; // nothing changed
+    reads_.ReadWhole();
     if (!write_ || writeInserts_ != inserts || writeFields_ != changed) {
         std::string sql;
         if (inserts && changed.empty()) {
@@ -173,12 +260,16 @@ void SqliteRecordset::Update() {
     row.readBack = true;
 }
 
-SqliteRecordset::~SqliteRecordset() = default;
+SqliteRecordset::~SqliteRecordset() {
+    StopReading();
+}
 
 void SqliteRecordset::Close() {
+    StopReading();
     write_.reset();
     rows_.clear();
     current_ = 0;
+    failure_.clear();
     writable_.reset();
 }
 
@@ -189,13 +280,15 @@ std::optional<std::size_t> SqliteRecordset::FindField(std::string_view name) con
     return found->second;
 }
 
-std::size_t SqliteRecordset::FieldIndex(std::string_view name) const {
+std::size_t SqliteRecordset::IndexOf(std::string_view name) const {
     if (auto index = FindField(name))
         return *index;
     throw DbError("no field " + std::string(name) + " in: " + sql_);
 }
 
 const SqliteRecordset::Row& SqliteRecordset::CurrentRow() const {
+    if (current_ >= rows_.size() && !failure_.empty())
+        throw DbError(failure_);
     if (EndOfRows())
         throw DbError("no current row (past the last one) in: " + sql_);
     return rows_[current_];
@@ -214,7 +307,8 @@ const SqliteRecordset::Row& SqliteRecordset::StoredRow() const {
 }
 
 bool SqliteRecordset::HasUnwrittenChanges() const {
-    return !EndOfRows() && std::ranges::any_of(rows_[current_].changed, [](bool c) { return c; });
+    return current_ < rows_.size() &&
+           std::ranges::any_of(rows_[current_].changed, [](bool c) { return c; });
 }
 
 void SqliteRecordset::ReadRow(std::int64_t rowid, Row& row) {

@@ -456,6 +456,52 @@ TEST_F(Company, RowSetMisuseThrowsNamingWhatIsWrong) {
     EXPECT_EQ(appended->Field("NARRATION"), Value("As per I-Forms"));
 }
 
+// A query other than "SELECT * FROM T" is read as it is moved through; what is written through
+// the company while it is open (a statement, a unit of work, a column added, a row set's row)
+// changes none of its rows, nor a field already given, and closing the company keeps them.
+TEST_F(Company, RowSetReadAsMovedKeepsTheRowsItsQueryFound) {
+    AddSeasonDay();
+    const std::string lines = "SELECT D.DOCUMENTID, D.QUANTITY, M.DOCSERIES FROM DOCDATA D "
+                              "JOIN DOCMAIN M ON M.DOCUMENTID=D.DOCUMENTID ORDER BY D.DOCUMENTID, D.REFNO";
+    const std::vector<std::vector<Value>> found = {
+        {1, Amt("16.3"), "JF"}, {2, Amt("10"), "IF"}, {2, Amt("6.3"), "IF"}};
+    ASSERT_EQ(Rows(lines), found);
+    std::vector<std::function<void()>> writes = {
+        [&] { db_->ExecuteSql("UPDATE DOCDATA SET QUANTITY=QUANTITY+1"); },
+        [&] {
+            Transaction save(*db_);
+            db_->ExecuteSql("DELETE FROM DOCDATA WHERE DOCUMENTID=2 AND REFNO=2");
+            save.Commit();
+        },
+        [&] { db_->AddFields("DOCDATA", "Decimal(16,4)", {"iRDFAmt"}); },
+        [&] {
+            auto market = db_->OpenRecordset("SELECT * FROM DOCMAIN WHERE DOCUMENTID=2");
+            market->SetField("DOCSERIES", "XX");
+            market->Update();
+        },
+        [&] { db_.reset(); },
+    };
+    for (const auto& write : writes) {
+        SCOPED_TRACE(&write - writes.data());
+        if (!db_) break;
+        db_->ExecuteSql("DELETE FROM DOCDATA");
+        db_->ExecuteSql("INSERT INTO DOCDATA (DOCUMENTID,REFNO,QUANTITY) VALUES (1,1,16.3), (2,1,10), (2,2,6.3)");
+        db_->ExecuteSql("UPDATE DOCMAIN SET DOCSERIES=CASE DOCUMENTID WHEN 1 THEN 'JF' ELSE 'IF' END");
+        auto rows = db_->OpenRecordset(lines);
+        const int quantity = rows->FieldIndex("quantity");
+        std::vector<std::vector<Value>> read;
+        auto readRow = [&] { read.push_back({rows->Field(0), rows->Field(quantity), rows->Field("DocSeries")}); };
+        readRow();
+        rows->MoveNext();
+        const Value& given = rows->Field(quantity);
+        write();
+        EXPECT_EQ(given, Amt("10"));
+        for (; !rows->EndOfRows(); rows->MoveNext())
+            readRow();
+        EXPECT_EQ(read, found);
+    }
+}
+
 // ---- lookups, schema changes, errors, transactions ---------------------------------------------
 
 TEST_F(Company, AbsenceIsAResultAndAnErrorIsAnError) {
