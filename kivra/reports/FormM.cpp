@@ -6,6 +6,8 @@
 
 #include <array>
 #include <set>
+#include <string_view>
+#include <variant>
 
 namespace kivra {
 namespace {
@@ -69,16 +71,50 @@ std::string FilterCondition(const FormMOptions& options) {
     return {};
 }
 
+// The fields of a statement read row by row, at the positions of their names found once.
+template <std::size_t N>
+class FieldsAt {
+public:
+    FieldsAt(const qx::Recordset& rows, const std::array<const char*, N>& names) : rows_(rows) {
+        for (std::size_t i = 0; i < N; ++i) at_[i] = rows.FieldIndex(names[i]);
+    }
+    const qx::Value& operator[](std::size_t field) const { return rows_.Field(at_[field]); }
+
+private:
+    const qx::Recordset& rows_;
+    std::array<int, N> at_{};
+};
+
+// The fields of a line of the return, in the order of kLineFields.
+enum LineField {
+    fDocumentID, fDocDate, fFormBookNo, fFormNo, fGrandTotal, fSeller, fSAdd1, fSStation, fSCellNo,
+    fSAadharNo, fSPAN, fBankAcNo, fIFSCCode, fMICRCode, fBankName, fUTRNo, fUTRDate, fItem, fBags,
+    fQuantity, fRate, fAmount, fStockFactor, fBuyer, fBStation, fBCellNo, fMarketFee, fRDF,
+    fCancerFund, kLineFieldCount
+};
+constexpr std::array<const char*, kLineFieldCount> kLineFields = {
+    "DocumentID", "DocDate", "FormBookNo", "FormNo", "GrandTotal", "Seller", "SAdd1", "SStation",
+    "SCellNo", "SAadharNo", "SPAN", "mBankAcNo", "mIFSCCode", "mMICRCode", "mBankName", "UTRNo",
+    "UTRDate", "qmhd", "NoOfBoxes", "Quantity", "Rate", "Amount", "StockFactor", "Buyer", "BStation",
+    "BCellNo", "qMarketFee", "qRDF", "qCancerFund"};
+using LineFields = FieldsAt<kLineFieldCount>;
+
+// A field as AsText gives it, a text field's without a copy; scratch holds any other's.
+std::string_view TextOf(const qx::Value& field, std::string& scratch) {
+    if (const auto* text = std::get_if<std::string>(&field.Raw())) return *text;
+    return scratch = field.AsText();
+}
+
 // The market charges of the weekly return, each of an item whose rate is not 0.
 struct Fees {
     std::array<qx::Amount, 3> amounts{};
     static constexpr std::array<const char*, 3> kNames = {"M.Fee", "R.D.F.", "C.Fund"};
-    static constexpr std::array<const char*, 3> kRates = {"qMarketFee", "qRDF", "qCancerFund"};
 
-    static Fees On(const qx::Recordset& row, qx::Amount amount) {
+    // rates: the item's market fee, R.D.F. and cancer fund.
+    static Fees On(std::array<const qx::Value*, 3> rates, qx::Amount amount) {
         Fees fees;
-        for (std::size_t i = 0; i < kRates.size(); ++i)
-            fees.amounts[i] = amount * row.Field(kRates[i]).AsAmount() / qx::Amount::FromInt(100);
+        for (std::size_t i = 0; i < rates.size(); ++i)
+            fees.amounts[i] = amount * rates[i]->AsAmount() / qx::Amount::FromInt(100);
         return fees;
     }
     void operator+=(const Fees& other) {
@@ -89,18 +125,28 @@ struct Fees {
         std::string names, figures;
         for (std::size_t i = 0; i < amounts.size(); ++i) {
             if (amounts[i].IsZero()) continue;
-            names += (names.empty() ? "" : "\n") + std::string(kNames[i]);
-            figures += (figures.empty() ? "" : "\n") + qx::FormatAmount(amounts[i], "n2");
+            if (!names.empty()) {
+                names += '\n';
+                figures += '\n';
+            }
+            names += kNames[i];
+            figures += qx::FormatAmount(amounts[i], "n2");
         }
         return {names, figures};
     }
 };
 
-// Parts of a cell, one a line, each only when it says something.
-std::string Lines(std::initializer_list<std::pair<const char*, std::string>> parts) {
-    std::string cell;
-    for (const auto& [label, text] : parts)
-        if (!text.empty()) cell += (cell.empty() ? "" : "\n") + std::string(label) + text;
+// Parts of a cell, one a line, each only when it says something: a label and its field, if
+// shown at all.
+std::string Lines(std::initializer_list<std::pair<std::string_view, const qx::Value*>> parts) {
+    std::string cell, scratch;
+    for (const auto& [label, field] : parts) {
+        if (field == nullptr) continue;
+        const std::string_view text = TextOf(*field, scratch);
+        if (text.empty()) continue;
+        if (!cell.empty()) cell += '\n';
+        cell.append(label).append(text);
+    }
     return cell;
 }
 
@@ -137,8 +183,8 @@ private:
     void ShowFees(const Fees& fees) {
         if (options_.daily) return;
         auto [names, figures] = fees.Cells();
-        Text(kFeeApplicable, names);
-        Text(kFeeAmount, figures);
+        Text(kFeeApplicable, std::move(names));
+        Text(kFeeAmount, std::move(figures));
     }
     // A closing line, with the charges since the last one.
     void Close(const std::string& caption, const std::string& marks) {
@@ -146,8 +192,8 @@ private:
         rows_.Totals(caption, marks);
         fees_ = {};
     }
-    void Document(const qx::Recordset& row);
-    void Line(const qx::Recordset& row);
+    void Document(const LineFields& row);
+    void Line(const LineFields& row);
 
     ModuleContext& context_;
     const FormMOptions& options_;
@@ -167,39 +213,39 @@ void FormM::Headings(const std::string& heading) {
     rows_.Add("*headingfonts*");
 }
 
-void FormM::Document(const qx::Recordset& row) {
-    const std::int64_t document = row.Field("DocumentID").AsLong();
+void FormM::Document(const LineFields& row) {
+    const std::int64_t document = row[fDocumentID].AsLong();
     const bool first = documentsShown_.insert(document).second;
     if (options_.daily && first) Text(kSrNo, std::to_string(documentsShown_.size()));
-    Text(kDate, row.Field("DocDate").AsDate().Format("dd-MMM-yyyy"));
+    Text(kDate, row[fDocDate].AsDate().Format("dd-MMM-yyyy"));
     // A purchase form without a book is known by its number alone.
-    const std::int64_t book = row.Field("FormBookNo").AsLong();
-    Text(kBook, (book != 0 ? std::to_string(book) + " / " : "") + row.Field("FormNo").AsText());
-    Text(kSeller, Lines({{"", row.Field("Seller").AsText()},
-                         {"", options_.sellerAddress ? row.Field("SAdd1").AsText() : ""},
-                         {"", row.Field("SStation").AsText()},
-                         {"Mobile: ", row.Field("SCellNo").AsText()},
-                         {"Aadhaar: ", row.Field("SAadharNo").AsText()},
-                         {"PAN: ", row.Field("SPAN").AsText()}}));
-    Text(kBank, Lines({{"A/c No: ", row.Field("mBankAcNo").AsText()},
-                       {"IFSC Code: ", row.Field("mIFSCCode").AsText()},
-                       {"MICR Code: ", row.Field("mMICRCode").AsText()},
-                       {"", row.Field("mBankName").AsText()}}));
+    const std::int64_t book = row[fFormBookNo].AsLong();
+    Text(kBook, (book != 0 ? std::to_string(book) + " / " : "") + row[fFormNo].AsText());
+    Text(kSeller, Lines({{"", &row[fSeller]},
+                         {"", options_.sellerAddress ? &row[fSAdd1] : nullptr},
+                         {"", &row[fSStation]},
+                         {"Mobile: ", &row[fSCellNo]},
+                         {"Aadhaar: ", &row[fSAadharNo]},
+                         {"PAN: ", &row[fSPAN]}}));
+    Text(kBank, Lines({{"A/c No: ", &row[fBankAcNo]},
+                       {"IFSC Code: ", &row[fIFSCCode]},
+                       {"MICR Code: ", &row[fMICRCode]},
+                       {"", &row[fBankName]}}));
     // A form listed again in the buyers' order counts its amount once.
-    if (first) Number(kJFormAmount, row.Field("GrandTotal").AsAmount());
-    Text(kUtrNo, row.Field("UTRNo").AsText());
-    if (!row.Field("UTRDate").IsNull()) Text(kUtrDate, row.Field("UTRDate").AsDate().Format("dd-MMM-yyyy"));
+    if (first) Number(kJFormAmount, row[fGrandTotal].AsAmount());
+    Text(kUtrNo, row[fUTRNo].AsText());
+    if (!row[fUTRDate].IsNull()) Text(kUtrDate, row[fUTRDate].AsDate().Format("dd-MMM-yyyy"));
 }
 
-void FormM::Line(const qx::Recordset& row) {
-    Text(kItem, row.Field("qmhd").AsText());
-    Number(kBags, row.Field("NoOfBoxes").AsAmount());
-    const qx::Amount qty = row.Field("Quantity").AsAmount();
-    const qx::Amount rate = row.Field("Rate").AsAmount();
-    const qx::Amount amount = row.Field("Amount").AsAmount();
+void FormM::Line(const LineFields& row) {
+    Text(kItem, row[fItem].AsText());
+    Number(kBags, row[fBags].AsAmount());
+    const qx::Amount qty = row[fQuantity].AsAmount();
+    const qx::Amount rate = row[fRate].AsAmount();
+    const qx::Amount amount = row[fAmount].AsAmount();
     // The weekly return keeps what the firm bought (stock in) apart from what the farmers
     // sold to the buyers through it.
-    if (options_.daily || row.Field("StockFactor").AsLong() > 0) {
+    if (options_.daily || row[fStockFactor].AsLong() > 0) {
         Number(kQty, qty);
         Number(kRate, rate);
         Number(kAmount, amount);
@@ -208,11 +254,9 @@ void FormM::Line(const qx::Recordset& row) {
         Number(kSaleRate, rate);
         Number(kSaleAmount, amount);
     }
-    Text(kBuyer, Lines({{"", row.Field("Buyer").AsText()},
-                        {"", row.Field("BStation").AsText()},
-                        {"Mobile: ", row.Field("BCellNo").AsText()}}));
+    Text(kBuyer, Lines({{"", &row[fBuyer]}, {"", &row[fBStation]}, {"Mobile: ", &row[fBCellNo]}}));
     if (!options_.daily) {
-        const Fees fees = Fees::On(row, amount);
+        const Fees fees = Fees::On({&row[fMarketFee], &row[fRDF], &row[fCancerFund]}, amount);
         ShowFees(fees);
         fees_ += fees;
     }
@@ -232,24 +276,26 @@ void FormM::Detail() {
         "d.mBankAcNo,d.mIFSCCode,d.mMICRCode,d.mBankName,s.qmhd,s.qMarketFee,s.qRDF,"
         "s.qCancerFund,b.UTRNo,b.UTRDate" +
         std::string(grouped_ ? ",b.MarketID" : "") + kTables + " Where " + condition_ + " Order by " + order);
+    const LineFields line(*rows, kLineFields);
+    const int marketAt = grouped_ ? rows->FieldIndex("MarketID") : -1;
     std::int64_t document = -1;
     std::int64_t market = -1;
     for (; !rows->EndOfRows(); rows->MoveNext()) {
-        if (grouped_ && rows->Field("MarketID").AsLong() != market) {
+        if (grouped_ && rows->Field(marketAt).AsLong() != market) {
             if (market != -1) {
                 rows_.Rule();
                 Close("Sub Totals (Market)", "*totals*totalreset*");
             }
-            market = rows->Field("MarketID").AsLong();
+            market = rows->Field(marketAt).AsLong();
             rows_.Heading("Market: " + GetMarketName(context_, static_cast<std::int32_t>(market)),
                           "*blanklineafter*headingfonts*");
             document = -1;
         }
-        if (rows->Field("DocumentID").AsLong() != document) {
-            document = rows->Field("DocumentID").AsLong();
-            Document(*rows);
+        if (line[fDocumentID].AsLong() != document) {
+            document = line[fDocumentID].AsLong();
+            Document(line);
         }
-        Line(*rows);
+        Line(line);
     }
     rows->Close();
     if (market == -1 && document == -1) return;
@@ -272,7 +318,7 @@ void FormM::Summary() {
         Number(kRate, rows->Field("Rate").AsAmount());
         const qx::Amount amount = rows->Field("Amt").AsAmount();
         Number(kAmount, amount);
-        const Fees fees = Fees::On(*rows, amount);
+        const Fees fees = Fees::On({&rows->Field("qMarketFee"), &rows->Field("qRDF"), &rows->Field("qCancerFund")}, amount);
         ShowFees(fees);
         fees_ += fees;
         rows_.Add();
