@@ -7,6 +7,7 @@
 #include "CompanyDb.h"
 #include "Date.h"
 #include "Object.h"
+#include "PrintJob.h"
 #include "PropertyBag.h"
 #include "ui/Screen.h"
 
@@ -53,6 +54,22 @@ public:
     virtual void RecalcGrid() = 0; // every line, then the totals
 };
 
+// A document's paper as the host sets it out, for an extension to make it its own
+// (DocumentEvents::PrintDocument): the title, the lines centred under it, the caption of the
+// grand total (whose amount the paper also writes in words), and rows of the extension's own
+// after the words, each a caption set against a figure under the amount column (a row
+// without a figure is a heading).
+struct DocumentPaper {
+    std::string title;
+    std::vector<std::string> particulars;
+    std::string totalCaption;
+    struct Note {
+        std::string caption;
+        std::string figure;
+    };
+    std::vector<Note> notes;
+};
+
 // The events of one document, raised in the engine's order. Default handlers do nothing.
 // Setting a cancel flag stops the action; once set, no handler clears it.
 class DocumentEvents {
@@ -89,6 +106,8 @@ public:
     virtual void SaveVoucherAddRow(const PropertyBag& /*row*/) {}
     virtual void SaveVoucherEnd() {}
     virtual void SaveDocumentEnd() {}
+    // Printing or previewing the document as the screen holds it.
+    virtual void PrintDocument(DocumentPaper& /*paper*/) {}
 };
 
 // One open document.

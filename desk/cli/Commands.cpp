@@ -3,6 +3,7 @@
 #include "EnterDocuments.h"
 #include "EnterVouchers.h"
 #include "JsonFile.h"
+#include "PrintCommand.h"
 #include "ReportCommand.h"
 #include "ScreenScript.h"
 
@@ -63,6 +64,10 @@ constexpr const char* kUsage = R"(qx: QX Desk from the command line
         written to FILE, or as text or CSV on
         the standard output; every message of the report is printed, and an error it shows
         ends the command with exit status 1
+  qx print PATH SERIES NUMBER [--format text|csv|xlsx|pdf] [--out FILE]
+        a saved document's paper as F9 prints it (a J-Form as the farmer's copy, an I-Form
+        as the buyer's bill), by its series' code and its number in the series, written to
+        FILE (a PDF to send to the farmer's phone), or as text or CSV on the standard output
   qx sql PATH "STATEMENT" [--write]
         run one SQL statement on a company as the modules write them (SELECT FIRST n,
         decimal columns, date literals); rows are printed as CSV with a header line as they
@@ -235,6 +240,15 @@ int Enter(const std::vector<std::string>& args, std::ostream& out, std::ostream&
     return EnterDocuments(desk.app, desk.frontend, args[2], out, err) ? 0 : 1;
 }
 
+// --format: only text and CSV go to the standard output; the others need --out FILE.
+desk::ReportFormat OutputFormat(const std::string& format, bool toFile) {
+    const auto named = desk::ReportFormatNamed(format);
+    if (!named) throw UsageError("--format is text, csv, xlsx or pdf, not \"" + format + "\"");
+    if (!toFile && *named != desk::ReportFormat::Text && *named != desk::ReportFormat::Csv)
+        throw UsageError("--format " + format + " needs --out FILE");
+    return *named;
+}
+
 int Report(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
     std::vector<std::string> operands;
     ReportRequest request;
@@ -263,11 +277,7 @@ int Report(const std::vector<std::string>& args, std::ostream& out, std::ostream
     }
     if (operands.size() != 2) throw UsageError("report needs a PATH and a report NAME");
     request.name = operands[1];
-    const auto reportFormat = desk::ReportFormatNamed(format);
-    if (!reportFormat) throw UsageError("--format is text, csv, xlsx or pdf, not \"" + format + "\"");
-    request.format = *reportFormat;
-    if (!request.out && request.format != desk::ReportFormat::Text && request.format != desk::ReportFormat::Csv)
-        throw UsageError("--format " + format + " needs --out FILE");
+    request.format = OutputFormat(format, request.out.has_value());
     if (request.to && !request.from) throw UsageError("--to needs --from");
     // A day that is no day is said before the company is opened.
     for (const auto* day : {&request.from, &request.to})
@@ -275,6 +285,30 @@ int Report(const std::vector<std::string>& args, std::ostream& out, std::ostream
             throw std::runtime_error((day == &request.from ? "--from: " : "--to: ") + Date::DisplayRefusal(**day));
     Desk desk(operands[0]);
     RunReport(desk.app, desk.frontend, request, out, err);
+    return 0;
+}
+
+int Print(const std::vector<std::string>& args, std::ostream& out) {
+    std::vector<std::string> operands;
+    PrintRequest request;
+    std::string format = "text";
+    for (std::size_t i = 1; i < args.size(); ++i) {
+        auto value = [&]() -> const std::string& {
+            if (i + 1 >= args.size()) throw UsageError(args[i] + " needs a value");
+            return args[++i];
+        };
+        if (args[i] == "--format") format = value();
+        else if (args[i] == "--out") request.out = value();
+        else if (args[i].starts_with("--")) throw UsageError("unknown option " + args[i]);
+        else operands.push_back(args[i]);
+    }
+    if (operands.size() != 3) throw UsageError("print needs a PATH, a SERIES and a document NUMBER");
+    request.series = operands[1];
+    request.number = operands[2];
+    request.format = OutputFormat(format, request.out.has_value());
+    Desk desk(operands[0]);
+    PrintDocument(desk.app, desk.frontend, request, out);
+    if (request.out) out << "Written to " << request.out->string() << '\n';
     return 0;
 }
 
@@ -337,6 +371,7 @@ int Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
         if (args[0] == "voucher") return Voucher(args, out, err);
         if (args[0] == "check") return Check(args, out);
         if (args[0] == "report") return Report(args, out, err);
+        if (args[0] == "print") return Print(args, out);
         throw UsageError("unknown command \"" + args[0] + "\"");
     } catch (const UsageError& error) {
         err << "qx: " << error.what() << "\n\n" << kUsage;

@@ -84,12 +84,13 @@ public:
     std::string Rule() const { return std::string(ruleWidth_, '-') + '\n'; }
 
     // A row on as many lines as its tallest cell takes; a text runs on over the empty cells
-    // after it.
+    // after it, or, set to the right, over those before it.
     std::string Row(const std::vector<std::string>& cells) const {
         struct Placed {
             std::vector<std::string> lines;
             std::size_t width;
             bool right;
+            bool empty;
         };
         std::vector<Placed> placed;
         std::size_t height = 1;
@@ -98,11 +99,17 @@ public:
             const Align align = job_.columns[shown_[at]].align;
             const bool right = align == Align::Right || (align == Align::Default && IsFigure(text));
             std::size_t width = widths_[at];
+            // A caption set against a figure runs on to the left over the empty cells before it.
+            if (right && !text.empty() && !IsFigure(text))
+                while (!placed.empty() && placed.back().empty) {
+                    width += 2 + placed.back().width;
+                    placed.pop_back();
+                }
             for (++at; !right && !text.empty() && at < shown_.size() && Cell(cells, shown_[at]).empty(); ++at)
                 width += 2 + widths_[at];
             auto lines = WrapCell(text, static_cast<double>(width), Characters, wrap_);
             height = std::max(height, lines.size());
-            placed.push_back({std::move(lines), width, right});
+            placed.push_back({std::move(lines), width, right, text.empty()});
         }
         std::string out;
         for (std::size_t l = 0; l < height; ++l) {

@@ -84,6 +84,7 @@ DocumentScreen::DocumentScreen(DeskApp& app)
     bar_.AddItem("Series,F4: Series,Another series");
     bar_.AddItem("New,F5: New,A new document");
     bar_.AddItem("Browse,F6: Browse,The series' documents");
+    bar_.AddItem("Preview,F8: Preview,The document as it prints");
     bar_.AddItem("Print,F9: Print,Print the document");
     bar_.AddItem("Save,F10: Save,Save the document");
     bar_.AddItem("Exit,Esc: Exit,Close");
@@ -318,12 +319,14 @@ void DocumentScreen::ChangeSeries() {
     ShowSeries(chosen);
 }
 
-void DocumentScreen::PrintDocument() {
-    const DocumentTotals totals = totals_.Current();
-    app_.Print(DocumentPrintJob(grid_, document_, totals,
-                                CurrentSeries().Title() + " No. " + number_.Text(),
-                                "Date: " + date_.Text() + "    Party: " + party_.Text()),
-               PrintMode::Print);
+PrintJob DocumentScreen::Paper() {
+    DocumentPaper paper{CurrentSeries().Title() + " No. " + number_.Text(),
+                        {"Date: " + date_.Text() + "    Party: " + party_.Text()},
+                        "Grand Total",
+                        {}};
+    document_.Raise([&](DocumentEvents& l) { l.PrintDocument(paper); });
+    return DocumentPrintJob(grid_, itemGrid_.Member("COL_AMOUNT"), document_, totals_.Current(),
+                            paper);
 }
 
 bool DocumentScreen::KeyDown(const ui::KeyPress& key) {
@@ -357,8 +360,8 @@ void DocumentScreen::OnCommand(const std::string& key) {
                 ChangeSeries();
         } else if (key == "Save") {
             SaveDocument();
-        } else if (key == "Print") {
-            PrintDocument();
+        } else if (key == "Preview" || key == "Print") {
+            app_.Print(Paper(), key == "Print" ? PrintMode::Print : PrintMode::Preview);
         } else if (key == "Exit") {
             Close();
         }

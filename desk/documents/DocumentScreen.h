@@ -9,7 +9,8 @@
 // (TotalBoxes), typing into the grids (GridTyping), the checks and writing of a save
 // (SaveChecks, DocumentWriter), browsing (DocumentBrowsing) and printing (DocumentPrint).
 //
-// Keys: F2 look-up, F3 delete, F4 series, F5 new, F6 browse, F9 print, F10 save, Esc exit.
+// Keys: F2 look-up, F3 delete, F4 series, F5 new, F6 browse, F8 preview, F9 print, F10 save,
+// Esc exit.
 // Presets: "DocSeriesID", or "DocSeriesCode" (with "DocSeriesName" to tell apart series of
 // one code); without either the user chooses the series (of "DocType" when given).
 
@@ -46,6 +47,9 @@ public:
     bool DeleteDocument();
     // Saves the open document as cancelled: it stays numbered and posts nothing.
     bool CancelDocument();
+    // The document as the screen holds it, as its paper, made the extensions' own (F8 previews
+    // it, F9 prints it; DeskApp::Named gives it the firm's heading).
+    PrintJob Paper();
 
     // Ctrl+Delete in the item grid removes the line the cursor is on.
     bool KeyDown(const ui::KeyPress& key) override;
@@ -105,7 +109,6 @@ private:
 
     void Browse();
     void ChangeSeries();
-    void PrintDocument();
     void OnCommand(const std::string& key);
 
     DeskApp& app_;

@@ -113,7 +113,8 @@ private:
     }
 
     // The row's cells wrapped in their columns. A text runs on over the empty cells after it,
-    // as a heading does; "Wrap" bounds how far each of its lines wraps.
+    // as a heading does, or, set to the right, over those before it; "Wrap" bounds how far each
+    // of its lines wraps.
     PlacedRow PlaceRow(const std::vector<std::string>& cells, const QFont& font, std::size_t most) const {
         PlacedRow placed{&font, {}, 0};
         const desk::MeasureText width = Measure(font);
@@ -122,15 +123,27 @@ private:
             return index < cells.size() ? std::string_view(cells[index]) : std::string_view();
         };
         std::size_t lines = 1;
+        std::optional<qreal> free; // where the empty cells before the next text begin
         for (std::size_t i = 0; i < table_.spans.size();) {
             const std::string_view text = cell(i);
             const ColumnSpan& span = table_.spans[i];
+            if (text.empty()) {
+                if (!free) free = span.x;
+                ++i;
+                continue;
+            }
             const Qt::Alignment align = CellAlignment(job_.columns[span.index].align, Text(std::string(text)));
+            qreal x = span.x;
             qreal room = span.width;
-            for (++i; (align & Qt::AlignLeft) && !text.empty() && i < table_.spans.size() && cell(i).empty(); ++i)
+            // A caption set against a figure runs on to the left, as a heading runs on to the right.
+            if ((align & Qt::AlignRight) && free && !desk::IsFigure(text)) {
+                room += x - *free;
+                x = *free;
+            }
+            free.reset();
+            for (++i; (align & Qt::AlignLeft) && i < table_.spans.size() && cell(i).empty(); ++i)
                 room += table_.spans[i].width;
-            if (text.empty()) continue;
-            PlacedCell set{span.x + Padding(), room - 2 * Padding(), align, {}};
+            PlacedCell set{x + Padding(), room - 2 * Padding(), align, {}};
             for (const auto& line : desk::WrapCell(text, set.width, width, most)) set.lines.push_back(Text(line));
             lines = std::max(lines, set.lines.size());
             placed.cells.push_back(std::move(set));
@@ -170,8 +183,8 @@ private:
         if (!headLines_.empty())
             height += LineHeight(firmFont_) + static_cast<qreal>(headLines_.size() - 1) * LineHeight(title2Font_);
         else if (!job_.firmName.empty()) height += LineHeight(firmFont_);
-        if (!job_.title.empty()) height += LineHeight(titleFont_);
-        if (!job_.title2.empty()) height += LineHeight(title2Font_);
+        height += static_cast<qreal>(Centred(titleFont_, job_.title).size()) * LineHeight(titleFont_);
+        height += static_cast<qreal>(Centred(title2Font_, job_.title2).size()) * LineHeight(title2Font_);
         return height + Points(6) + captionHeight_ + RuleHeight();
     }
     qreal FooterHeight() const {
@@ -196,12 +209,26 @@ private:
         }
     }
 
+    // A title's own lines (a second title may have several), each wrapped at spaces to the
+    // page's width.
+    std::vector<std::string> Centred(const QFont& font, const std::string& text) const {
+        std::vector<std::string> lines;
+        if (text.empty()) return lines;
+        for (std::string_view line : desk::OwnLines(text))
+            for (auto& part : desk::WrapCell(line, page_.width(), Measure(font), 0)) lines.push_back(std::move(part));
+        return lines;
+    }
+
     qreal PaintCentred(const QFont& font, const std::string& text, qreal y) {
         if (text.empty()) return y;
         const qreal height = LineHeight(font);
         painter_.setFont(font);
         painter_.drawText(QRectF(0, y, page_.width(), height), Qt::AlignCenter, Text(text));
         return y + height;
+    }
+    qreal PaintTitle(const QFont& font, const std::string& text, qreal y) {
+        for (const auto& line : Centred(font, text)) y = PaintCentred(font, line, y);
+        return y;
     }
 
     void PaintRule(qreal y, qreal points) {
@@ -216,8 +243,8 @@ private:
             const QFont& font = i == 0 ? firmFont_ : title2Font_;
             y = headLines_[i].empty() ? y + LineHeight(font) : PaintCentred(font, headLines_[i], y);
         }
-        y = PaintCentred(titleFont_, job_.title, y);
-        y = PaintCentred(title2Font_, job_.title2, y);
+        y = PaintTitle(titleFont_, job_.title, y);
+        y = PaintTitle(title2Font_, job_.title2, y);
         y += Points(6);
         painter_.setPen(Qt::black);
         PlacedRow captions = PlaceRow(Captions(), fonts_.caption, 0);
@@ -328,7 +355,10 @@ void SetUpPage(const PrintJob& job, QPagedPaintDevice& device) {
     layout(QPageLayout::Portrait);
     const PageTotals totals(job);
     const qreal padding = kPaddingPoints * device.logicalDpiX() / 72;
-    if (ReportColumns(job, totals, device, padding).Overflow(device.width())) layout(QPageLayout::Landscape);
+    // A document's columns are designed for its screen: on paper they give way to the page.
+    const bool designed = job.options.GetValue("ColumnWidths").AsText() != "Fit";
+    if (ReportColumns(job, totals, device, padding).Overflow(device.width(), designed))
+        layout(QPageLayout::Landscape);
 }
 
 void Render(const PrintJob& job, QPagedPaintDevice& device) {

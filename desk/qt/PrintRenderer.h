@@ -11,7 +11,8 @@ class QPagedPaintDevice;
 
 namespace qx::print {
 
-// A4, portrait unless the job's columns need the width of a landscape page.
+// A4, portrait unless the job's columns need the width of a landscape page (the width they
+// hold when the job's option "ColumnWidths" is "Fit", else the width designed).
 void SetUpPage(const PrintJob& job, QPagedPaintDevice& device);
 // Paints the job onto the device's pages as they are set up (by SetUpPage, or by the user in
 // a print dialog). Throws std::runtime_error when the device cannot be painted on.

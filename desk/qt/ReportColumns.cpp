@@ -79,10 +79,11 @@ qreal ReportColumns::Narrowest(qreal scale, bool words) const {
     return sum;
 }
 
-bool ReportColumns::Overflow(qreal room) const {
-    qreal designed = 0;
-    for (const Column& column : columns_) designed += column.designed;
-    return std::max(designed, Narrowest(1, true)) > room;
+bool ReportColumns::Overflow(qreal room, bool designed) const {
+    qreal wanted = 0;
+    if (designed)
+        for (const Column& column : columns_) wanted += column.designed;
+    return std::max(wanted, Narrowest(1, true)) > room;
 }
 
 TableLayout ReportColumns::Across(qreal room) const {

@@ -40,8 +40,9 @@ class ReportColumns {
 public:
     // Measures the job's cells on the device, at full size; `padding` is each side of a cell.
     ReportColumns(const PrintJob& job, const PageTotals& totals, const QPaintDevice& device, qreal padding);
-    // Whether the columns need more than `room` at full size.
-    bool Overflow(qreal room) const;
+    // Whether the columns need more than `room` at full size: as the report designed them, or,
+    // when `designed` is false, as narrow as their figures and words allow.
+    bool Overflow(qreal room, bool designed = true) const;
     TableLayout Across(qreal room) const;
 
 private:

@@ -1,6 +1,7 @@
 #include "CKivraDoc.h"
 
 #include "ChargeRates.h"
+#include "FormPaper.h"
 #include "FormSaving.h"
 #include "JFormLines.h"
 #include "LineFigures.h"
@@ -176,6 +177,10 @@ void CKivraDoc::SaveDocumentEnd() {
     buyers_.merge(BuyersOf(form_.Doc().Database(), form_.Doc().DocumentID()));
     if (documentDate_ && *documentDate_ != day) PostDay(*documentDate_);
     PostDay(day);
+}
+
+void CKivraDoc::PrintDocument(qx::DocumentPaper& paper) {
+    DressPaper(form_, paper);
 }
 
 } // namespace kivra

@@ -67,6 +67,8 @@ public:
     void SaveVoucherAddRow(const qx::PropertyBag& /*row*/) override { voucher_.RowAdded(); }
     void SaveVoucherEnd() override { voucher_.End(); }
     void SaveDocumentEnd() override;
+    // Printing.
+    void PrintDocument(qx::DocumentPaper& paper) override;
 
     // Builds the day's consolidated I/J-Form voucher, and the pending J-Forms of the document's
     // buyers, again from the day's documents.

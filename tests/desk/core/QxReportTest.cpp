@@ -3,15 +3,18 @@
 #include "support/Desk.h"
 
 #include "desk/cli/Commands.h"
+#include "desk/qt/QtTestSupport.h"
 
 #include <gmock/gmock.h>
 
 #include <cstdlib>
 #include <fstream>
+#include <regex>
 #include <sstream>
 
 using namespace qx;
 using testing::HasSubstr;
+using testing::Not;
 
 namespace {
 
@@ -193,6 +196,63 @@ TEST_F(QxReport, WritesTheReportInEachFormat) {
     auto pdf = with({"--format", "pdf", "--out", Out("summary.pdf").string()});
     ASSERT_EQ(pdf.status, 0) << pdf.err;
     EXPECT_EQ(test::FileBytes(Out("summary.pdf")).substr(0, 5), "%PDF-");
+#endif
+}
+
+// Spaces run together, as a farmer reads a line whatever its columns' widths.
+std::string Squeezed(const std::string& text) { return std::regex_replace(text, std::regex(" +"), " "); }
+
+// The papers of the demo, as `qx print` makes them. J-Form 101 sold 75 qtl of paddy to PUNGRAIN
+// and 10.40 qtl to the agent himself (SELF), both at 2,320: 1,74,000 + 24,128 = 1,98,128 less
+// the labour of its bags, 825, is 1,97,303 to pay the farmer (the J-Form amount of Form M); the
+// SELF line bears market fee and R.D.F. at 3% of 24,128, 723.84 each. I-Form 501 bills
+// PUNGRAIN 75.15 qtl at 2,320 = 1,74,348 with dami 2.5% 4,358.70, labour, loading and
+// stitching on 200 bags at 4.50, 1.60 and 1.10, and dharmada 0.05% 87.17: 1,80,233.87,
+// 1,80,234 rounded.
+TEST_F(QxReport, PrintsTheFarmersCopyAndTheBuyersBill) {
+    const auto jForm = Run({"print", company_, "JF", "1"});
+    ASSERT_EQ(jForm.status, 0) << jForm.err;
+    for (const char* line :
+         {"GURU NANAK TRADING COMPANY\nCommission Agents, Shop No. 14", "Licence No. KHN/CA/0147/2024-25",
+          "\nJ-Form No. 101 (Farmer's Copy)\nMarket: KHANNA Book No. 12 Date: 04/11/2024\n"
+          "Farmer: GURMEET SINGH S/O KARNAIL SINGH\n",
+          " 1 PADDY PUNGRAIN 37.50 75.00 75.00 200 2,320.00 1,74,000.00\n",
+          " 2 PADDY SELF 50.00 10.40 10.00 10.50 20 40.00 2,320.00 24,128.00\n",
+          " Gross Amount 1,98,128.00\n Labour (per bag) -825.00\n Net Payable 1,97,303.00\n"
+          "Rupees One Lakh Ninety Seven Thousand Three Hundred Three Only\n",
+          " Levies on purchases for own account (SELF):\n M.Fee @ 3% on 24,128.00 723.84\n"
+          " R.D.F. @ 3% on 24,128.00 723.84\n Total Levies 1,447.68\n",
+          "For Guru Nanak Trading Company"})
+        EXPECT_THAT(Squeezed(jForm.out), HasSubstr(line));
+
+    const auto iForm = Run({"print", company_, "IF", "1"});
+    ASSERT_EQ(iForm.status, 0) << iForm.err;
+    for (const char* line :
+         {"\nI-Form No. 501 (Buyer's Bill)\nMarket: KHANNA Book No. 3 Date: 04/11/2024\nBuyer: PUNGRAIN\n",
+          " Gross Amount 1,74,348.00\n Dami % 4,358.70\n Labour (per bag) 900.00\n Loading (per bag) 320.00\n"
+          " Stitching (per bag) 220.00\n Dharmada % 87.17\n Round Off 0.13\n Bill Amount 1,80,234.00\n"
+          "Rupees One Lakh Eighty Thousand Two Hundred Thirty Four Only\n"})
+        EXPECT_THAT(Squeezed(iForm.out), HasSubstr(line));
+    EXPECT_THAT(iForm.out, Not(HasSubstr("Levies"))) << "a buyer's bill bears no levies of the agent's";
+
+    const auto missing = Run({"print", company_, "JF", "99"});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_THAT(missing.err, HasSubstr("JF has no document no. 99."));
+    EXPECT_EQ(Run({"print", company_, "JF"}).status, 2);
+
+#ifdef QX_WITH_PDF
+    // On paper: one page each, nothing cut short, kept as PNG for a person to look at.
+    for (const auto& [series, name] : {std::pair{"JF", "j-form-101"}, {"IF", "i-form-501"}, {"JF", "j-form-106"}}) {
+        const auto pdf = test::OutputFolder() / (std::string(name) + ".pdf");
+        const std::string number = std::string(name) == "j-form-106" ? "7" : "1";
+        const auto written = Run({"print", company_, series, number, "--format", "pdf", "--out", pdf.string()});
+        ASSERT_EQ(written.status, 0) << written.err;
+        EXPECT_EQ(test::PdfPages(pdf), 1) << name;
+        const std::string text = test::PdfPageText(pdf, 1);
+        EXPECT_THAT(text, Not(HasSubstr("…"))) << name;
+        EXPECT_THAT(text, HasSubstr(" Only")) << name;
+        test::RunTool("pdftoppm -png -r 70 '" + pdf.string() + "' '" + (test::OutputFolder() / name).string() + "'");
+    }
 #endif
 }
 

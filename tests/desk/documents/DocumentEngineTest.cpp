@@ -465,13 +465,20 @@ TEST_F(DocumentEngineTest, TheMenuEntryAsksForTheSeriesAndTheDocumentPrintsAsSho
     EXPECT_EQ(job.title, "Sales - Cash No. 1");
     EXPECT_EQ(job.title2, "Date: 05/05/2024    Party: RAM D'SOUZA");
     ASSERT_EQ(job.columns.size(), 7u) << "the visible columns";
+    // The totals stand under the amount column, whatever columns follow it; the grand total
+    // is written in words.
     Strings printed;
     for (const PrintRow& row : job.rows)
-        printed.push_back(row.cells[1] + "|" + row.cells[5] + "|" + row.cells[6] + "|" + row.marks);
-    EXPECT_EQ(printed, (Strings{"WHEAT|10,001.25||", "MOONG|3,000.70|-1.50|",
-                                "|Gross Amount|13,001.95|*blanklinebefore*", "|Labour|70.00|",
-                                "|Discount|-260.04|", "|Freight|100.00|", "|Round Off|0.09|",
-                                "|Grand Total|12,912.00|*totals*"}));
+        printed.push_back(row.cells[1] + "|" + row.cells[4] + "|" + row.cells[5] + "|" + row.cells[6] + "|" +
+                          row.marks);
+    EXPECT_EQ(printed,
+              (Strings{"WHEAT|2,000.25|10,001.25||", "MOONG|1,500.35|3,000.70|-1.50|",
+                       "|Gross Amount|13,001.95||*blanklinebefore*", "|Labour|70.00||",
+                       "|Discount|-260.04||", "|Freight|100.00||", "|Round Off|0.09||",
+                       "|Grand Total|12,912.00||*totals*", "||||*totals*"}));
+    EXPECT_EQ(job.rows.back().cells[0], "Rupees Twelve Thousand Nine Hundred Twelve Only");
+    ASSERT_TRUE(Press(*screen, ui::Key::F8));
+    EXPECT_EQ(frontend.Printed().back().second, PrintMode::Preview);
 }
 
 } // namespace
