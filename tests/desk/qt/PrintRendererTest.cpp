@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 
+#include <regex>
 #include <stdexcept>
 
 using namespace qx;
@@ -99,11 +100,38 @@ TEST(QtPrint, PageTurnsToLandscapeOnlyWhenTheColumnsNeedIt) {
     print::WritePdf(wide, widePdf.string());
     EXPECT_FALSE(IsLandscape(emptyPdf));
     EXPECT_TRUE(IsLandscape(widePdf));
+    // Widths designed for a screen give way to the page when what the columns hold fits it.
+    wide.options.SetValue("ColumnWidths", "Fit");
+    print::WritePdf(wide, widePdf.string());
+    EXPECT_FALSE(IsLandscape(widePdf));
     ASSERT_EQ(test::PdfPages(emptyPdf), 1);
     const std::string text = test::PdfPageText(emptyPdf, 1);
     EXPECT_NE(text.find("Stock Register"), std::string::npos);
     EXPECT_NE(text.find("Page 1 of 1"), std::string::npos);
     EXPECT_THROW(print::WritePdf(empty, "/nonexistent-folder/report.pdf"), std::runtime_error);
+}
+
+// A paper's particulars: several lines under the title, a long Gurmukhi name wrapped onto the
+// next line rather than cut; the captions of its totals stand whole against their figures in a
+// narrow column, running on over the empty cells to their left.
+TEST(QtPrint, APapersParticularsWrapAndItsCaptionsStandWhole) {
+    PrintJob job;
+    job.title = "J-Form No. 106 (Farmer's Copy)";
+    std::string farmer = "Farmer:";
+    for (int i = 0; i < 12; ++i) farmer += " ਕੁਲਵੰਤ ਕੌਰ ਪਤਨੀ ਸੁਖਦੇਵ";
+    job.title2 = "Market: KHANNA    Book No. 12    Date: 06/11/2024\n" + farmer + " ਅੰਤ";
+    job.columns = {{"Item", 1800, Align::Default}, {"Rate", 600, Align::Right}, {"Amount", 900, Align::Right}};
+    job.rows = {{{"PADDY", "2,320.00", "1,04,400.00"}, ""},
+                {{"", "Labour (per bag)", "-450.00"}, ""}};
+    const auto pdf = test::OutputFolder() / "paper-particulars.pdf";
+    print::WritePdf(job, pdf.string());
+    ASSERT_EQ(test::PdfPages(pdf), 1);
+    const std::string text = test::PdfPageText(pdf, 1);
+    EXPECT_NE(text.find("Market: KHANNA"), std::string::npos) << text;
+    EXPECT_NE(text.find("ਅੰਤ"), std::string::npos) << "the name's last word is printed: " << text;
+    EXPECT_EQ(text.find("…"), std::string::npos) << text;
+    EXPECT_TRUE(std::regex_search(text, std::regex(R"(Labour \(per bag\) +-450\.00)"))) << "on one line: " << text;
+    test::RunTool("pdftoppm -png -r 60 '" + pdf.string() + "' '" + (test::OutputFolder() / "paper-particulars").string() + "'");
 }
 
 TEST(QtPrint, GeneralAlignmentPutsFiguresRightAndTextLeft) {
