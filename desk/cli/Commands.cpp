@@ -15,6 +15,7 @@
 #include "desk/documents/BooksCheck.h"
 #include "desk/documents/HostDocuments.h"
 #include "desk/documents/SeriesImport.h"
+#include "desk/ledgers/LedgerScreens.h"
 #include "desk/masters/HostMasters.h"
 #include "desk/vouchers/HostVouchers.h"
 
@@ -55,15 +56,15 @@ constexpr const char* kUsage = R"(qx: QX Desk from the command line
         module's own rules hold; one line per fault, and the exit status is 1 when there is one
   qx report PATH NAME [--from dd/MM/yyyy] [--to dd/MM/yyyy] [--market NAME]
             [--option NAME=VALUE]... [--ARGUMENT VALUE]... [--format text|csv|xlsx|pdf] [--out FILE]
-        make a module's report by its NAME (an unknown NAME lists them) through the report's
-        own screen: the period or day it asks is typed from --from and --to (--to is the
-        --from when not given), the market it asks is chosen by --market (every market when
+        make a report by its NAME (ledger, day-book, trial-balance, outstanding, or a module's;
+        an unknown NAME lists them) through the report's own screen: the period it asks is
+        typed from --from and --to (--to is the --from when not given), the day it asks (as
+        on) from --to or --from; the market it asks is chosen by --market (every market when
         "all" or none), questions are answered yes; --option sets a box, a list or a check box
         (yes/no) of the report by its name; --ARGUMENT VALUE gives the report an argument of
-        its own (such as --party NAME), which an unknown argument lists; the report is
-        written to FILE, or as text or CSV on
-        the standard output; every message of the report is printed, and an error it shows
-        ends the command with exit status 1
+        its own (the party of a ledger: --party NAME), which an unknown argument lists; the
+        report is written to FILE, or as text or CSV on the standard output; every message of
+        the report is printed, and an error it shows ends the command with exit status 1
   qx print PATH SERIES NUMBER [--format text|csv|xlsx|pdf] [--out FILE]
         a saved document's paper as F9 prints it (a J-Form as the farmer's copy, an I-Form
         as the buyer's bill), by its series' code and its number in the series, written to
@@ -124,6 +125,7 @@ struct Desk {
         desk::RegisterHostMasters(app);
         desk::RegisterHostDocuments(app);
         desk::RegisterHostVouchers(app);
+        desk::RegisterHostLedgers(app);
         app.LoadModules(desk::DefaultModulesFolder());
         app.OpenCompany(company);
     }
@@ -278,7 +280,6 @@ int Report(const std::vector<std::string>& args, std::ostream& out, std::ostream
     if (operands.size() != 2) throw UsageError("report needs a PATH and a report NAME");
     request.name = operands[1];
     request.format = OutputFormat(format, request.out.has_value());
-    if (request.to && !request.from) throw UsageError("--to needs --from");
     // A day that is no day is said before the company is opened.
     for (const auto* day : {&request.from, &request.to})
         if (*day && !Date::ParseDisplay(**day))

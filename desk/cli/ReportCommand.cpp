@@ -5,6 +5,7 @@
 #include "desk/core/PeriodDialog.h"
 #include "desk/core/ReportText.h"
 #include "desk/core/SelectDialog.h"
+#include "desk/ledgers/LedgerScreens.h"
 #include "host/ReportSource.h"
 #include "host/Text.h"
 
@@ -17,6 +18,24 @@ namespace qx::cli {
 namespace {
 
 std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
+
+// The days the command line gives a report that asks a period (From and To, To being From
+// when not given) or one day (as on, from --to or else --from); the refusal when they do not fit.
+struct GivenDays {
+    std::optional<std::string> from, to;
+    std::string refusal;
+};
+GivenDays DaysGiven(const ReportRequest& request, bool oneDay) {
+    if (!oneDay) {
+        if (request.to && !request.from) return {{}, {}, "The report " + request.name + " asks for a period: --to needs --from."};
+        if (!request.from) return {};
+        return {request.from, request.to.value_or(*request.from), {}};
+    }
+    if (request.from && request.to && *request.from != *request.to)
+        return {{}, {}, "The report " + request.name + " asks for one day: give it as --to."};
+    const auto& day = request.to ? request.to : request.from;
+    return {day, day, {}};
+}
 
 // What the report asks on opening, answered from the command line: the period or the day, and
 // the list it chooses from (the market). Whatever else opens is closed, as Esc closes it.
@@ -31,28 +50,39 @@ public:
 
     bool PeriodAsked() const { return periodAsked_; }
 
-    // A --from or --market the report never asked for would be silently ignored: refused,
+    // What the command line gives that the report cannot take.
+    void CheckRefused() const {
+        if (!refusal_.empty()) throw std::runtime_error(refusal_);
+    }
+
+    // A --from, --to or --market the report never asked for would be silently ignored: refused,
     // unless the report takes its period as arguments.
     void CheckAllAnswered(bool periodTaken) const {
-        if (request_.from && !periodAsked_ && !periodTaken)
+        if ((request_.from || request_.to) && !periodAsked_ && !periodTaken)
             throw std::runtime_error("The report " + request_.name + " asks for no period: --from and --to cannot "
                                      "be given.");
         if (request_.market && !IsAll(*request_.market) && !listAsked_)
             throw std::runtime_error("The report " + request_.name + " asks for no market in this company: --market "
                                      "cannot be given.");
-        if (!refusal_.empty()) throw std::runtime_error(refusal_);
+        CheckRefused();
     }
 
 private:
     static bool IsAll(const std::string& market) { return EqualsNoCase(market, "all"); }
 
     // The days typed as the user types them; a day the dialog refuses leaves it open, and so
-    // cancelled, with the dialog's own message shown.
+    // cancelled, with the dialog's own message shown. A date dialog (a balance as on a day)
+    // takes one day.
     void AnswerPeriod(ui::Screen& dialog) {
         periodAsked_ = true;
-        if (request_.from) dialog.Get<ui::TextBox>(desk::kPeriodFromBox).Type(*request_.from);
-        if (auto* to = dynamic_cast<ui::TextBox*>(dialog.Find(desk::kPeriodToBox)); to && request_.from)
-            to->Type(request_.to.value_or(*request_.from));
+        auto* to = dynamic_cast<ui::TextBox*>(dialog.Find(desk::kPeriodToBox));
+        const GivenDays days = DaysGiven(request_, !to);
+        if (!days.refusal.empty()) {
+            refusal_ = days.refusal;
+            return;
+        }
+        if (days.from) dialog.Get<ui::TextBox>(desk::kPeriodFromBox).Type(*days.from);
+        if (to && days.to) to->Type(*days.to);
         dialog.Get<ui::StdButtons>("OKCancel").Click(0);
     }
 
@@ -120,7 +150,8 @@ std::vector<std::pair<std::string, std::string>> ModuleReports(desk::DeskApp& ap
 
 void RunReport(desk::DeskApp& app, desk::ScriptedFrontend& frontend, const ReportRequest& request,
                std::ostream& out, std::ostream& err) {
-    const auto reports = ModuleReports(app);
+    auto reports = desk::HostReports();
+    for (auto& report : ModuleReports(app)) reports.push_back(std::move(report));
     std::string key, names;
     for (const auto& [name, menuKey] : reports) {
         const auto plus = name.find('+');
@@ -160,6 +191,7 @@ void RunReport(desk::DeskApp& app, desk::ScriptedFrontend& frontend, const Repor
     app.ClickMenu(key);
     frontend.DropModals();
     refuseOnError();
+    answers.CheckRefused();
     if (app.OpenScreens().size() <= before)
         throw std::runtime_error("The report " + request.name + " opened no screen.");
     ui::Screen& screen = *app.OpenScreens().back();
@@ -167,13 +199,16 @@ void RunReport(desk::DeskApp& app, desk::ScriptedFrontend& frontend, const Repor
     if (!source) throw std::runtime_error("The screen of the report " + request.name + " does not say its report.");
     const auto takes = source->ArgumentNames();
     auto taken = [&takes](const std::string& name) { return std::find(takes.begin(), takes.end(), name) != takes.end(); };
-    answers.CheckAllAnswered(taken("from"));
+    answers.CheckAllAnswered(taken("from") || taken("to"));
 
-    // The report's own arguments, and the period of a report that asked none on opening.
+    // The report's own arguments, and the days of a report that takes them as arguments rather
+    // than asking on opening: a period when it takes both --from and --to, else one day.
     ReportArguments arguments = request.arguments;
-    if (request.from && !answers.PeriodAsked()) {
-        arguments.emplace_back("from", *request.from);
-        arguments.emplace_back("to", request.to.value_or(*request.from));
+    if ((request.from || request.to) && !answers.PeriodAsked()) {
+        const GivenDays days = DaysGiven(request, !(taken("from") && taken("to")));
+        if (!days.refusal.empty()) throw std::runtime_error(days.refusal);
+        if (taken("from")) arguments.emplace_back("from", *days.from);
+        if (taken("to")) arguments.emplace_back("to", *days.to);
     }
     for (const auto& [name, value] : arguments)
         if (!taken(name)) {
@@ -182,8 +217,15 @@ void RunReport(desk::DeskApp& app, desk::ScriptedFrontend& frontend, const Repor
             throw std::runtime_error("The report " + request.name + " takes no --" + name +
                                      (list.empty() ? "." : ": it takes " + list + "."));
         }
-    if (!arguments.empty()) {
-        source->TakeArguments(arguments);
+    // Taken even when none is given, so that a report of one party can ask for it; a refusal the
+    // screen shows is the report not made.
+    if (!takes.empty()) {
+        try {
+            source->TakeArguments(arguments);
+        } catch (const std::runtime_error&) {
+            refuseOnError();
+            throw;
+        }
         refuseOnError();
     }
 

@@ -1,6 +1,7 @@
 #pragma once
-// `qx report`: a module's report run by name through the same screen a user opens, its
-// opening dialogs answered from the command line, and its print job saved to a file.
+// `qx report`: a report of the desk's or of a module's run by name through the same screen a
+// user opens, its opening dialogs answered from the command line, and its print job saved to a
+// file.
 
 #include "desk/core/DeskApp.h"
 #include "desk/core/ReportFile.h"
@@ -19,7 +20,7 @@ namespace qx::cli {
 struct ReportRequest {
     std::string name;                // as the module calls it: "daily-summary"
     std::optional<std::string> from; // dd/MM/yyyy, typed into the period or date dialog
-    std::optional<std::string> to;   // the From when not given
+    std::optional<std::string> to;   // the From when not given; alone, the day of a date dialog
     std::optional<std::string> market;                       // "all" or none: every market
     std::vector<std::pair<std::string, std::string>> options; // control name, value, in order
     ReportArguments arguments; // the report's own (--party NAME), by name without the dashes

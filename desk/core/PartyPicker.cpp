@@ -3,9 +3,11 @@
 namespace qx::desk {
 
 std::string BalanceText(Amount balance) {
-    const std::string figure = FormatAmount(balance.Abs(), "c2");
-    if (balance.IsZero()) return figure;
-    return figure + (balance > Amount() ? " Dr" : " Cr");
+    // A balance of a fraction of a paisa shows as none, not as "0.00 Dr".
+    const Amount shown = balance.Round(2);
+    const std::string figure = FormatAmount(shown.Abs(), "c2");
+    if (shown.IsZero()) return figure;
+    return figure + (shown > Amount() ? " Dr" : " Cr");
 }
 
 PartyPicker::PartyPicker(HostUi& ui, CompanyDb& db)
@@ -20,7 +22,7 @@ PartyPicker::PartyPicker(HostUi& ui, CompanyDb& db)
     list_.AddColumn("Balance", 1800, Align::Right);
     auto rows = db.OpenRecordset(
         "SELECT M.MCD, M.MHD, M.MST, SUM(D.DAMT) AS BALANCE FROM FAMASTER M LEFT JOIN FADATA D ON "
-        "D.DCD=M.MCD AND D.DBOOK<>'MEM' GROUP BY M.MCD, M.MHD, M.MST ORDER BY M.MHD");
+        "D.DCD=M.MCD AND COALESCE(D.DBOOK,'')<>'MEM' GROUP BY M.MCD, M.MHD, M.MST ORDER BY M.MHD");
     std::vector<std::vector<std::string>> shown;
     for (; !rows->EndOfRows(); rows->MoveNext()) {
         accounts_.push_back({rows->Field(0).AsInt(), rows->Field(1).AsText()});

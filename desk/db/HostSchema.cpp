@@ -279,10 +279,11 @@ struct IndexSpec {
 };
 
 // What every save and every report reads: documents by date and series, lines by document and
-// by product, ledger rows by transaction type and date, by account and date and by voucher
-// (the next voucher's number, a voucher deleted to be written again), narrations by their text
-// (every voucher row looks its narration up), names. A document's number is its series' once:
-// the index is the last word on it, whatever a program checked before writing.
+// by product, ledger rows by transaction type and date, by account and date, by date (the day
+// book) and by voucher (the next voucher's number, a voucher deleted to be written again),
+// narrations by their text (every voucher row looks its narration up), names. A document's
+// number is its series' once: the index is the last word on it, whatever a program checked
+// before writing.
 const std::vector<IndexSpec> kIndexes = {
     {"DOCMAIN", {"DOCDATE", "DOCSERIES"}},
     {"DOCMAIN", {"DOCSERIESID", "DOCNUMBER"}, true},
@@ -291,6 +292,7 @@ const std::vector<IndexSpec> kIndexes = {
     {"FADATA", {"DTRNTYPE", "DVCHDATE"}},
     {"FADATA", {"DCD", "DVCHDATE"}},
     {"FADATA", {"VOUCHERID"}},
+    {"FADATA", {"DVCHDATE"}},
     {"FANAR", {"NARRATION"}},
     {"FASETTLED", {"DOCUMENTID"}},
     {"FAMASTER", {"MHD"}},

@@ -35,6 +35,7 @@ inline constexpr std::array kSchemaHistory = {
     SchemaVersion{10, "typed vouchers: a receipt's or payment's bank reference (FADOCS.UTRNO, "
                       "UTRDATE) and the documents it settles (FASETTLED)"},
     SchemaVersion{11, "series boxes that hold a day (DOCBOXES.ISDATE), such as the date of a payment"},
+    SchemaVersion{12, "ledger rows by date (the day book reads a day's vouchers of every kind)"},
 };
 inline constexpr int kHostSchemaVersion = kSchemaHistory.back().version;
 

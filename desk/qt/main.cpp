@@ -5,6 +5,7 @@
 
 #include "desk/core/DeskApp.h"
 #include "desk/documents/HostDocuments.h"
+#include "desk/ledgers/LedgerScreens.h"
 #include "desk/masters/HostMasters.h"
 #include "desk/vouchers/HostVouchers.h"
 
@@ -18,6 +19,7 @@ int main(int argc, char* argv[]) {
     qx::desk::RegisterHostMasters(app);
     qx::desk::RegisterHostDocuments(app);
     qx::desk::RegisterHostVouchers(app);
+    qx::desk::RegisterHostLedgers(app);
     app.Guard([&] { app.LoadModules(qx::desk::DefaultModulesFolder()); });
     frontend.Window().showMaximized();
     const QStringList arguments = QApplication::arguments();

@@ -251,4 +251,24 @@ PrintJob Grid::ToPrintJob(std::string title, std::string title2) const {
     return job;
 }
 
+void ShowJob(Grid& grid, const PrintJob& job) {
+    grid.SetRedraw(false);
+    grid.ClearColumns();
+    for (const PrintColumn& column : job.columns) {
+        const int col = grid.AddColumn(column.caption, column.width, column.align);
+        grid.Column(col).editable = false;
+    }
+    grid.SetRows(static_cast<int>(job.rows.size()) + 1);
+    for (std::size_t r = 0; r < job.rows.size(); ++r) {
+        const int row = static_cast<int>(r) + 1;
+        const PrintRow& printed = job.rows[r];
+        for (std::size_t c = 0; c < printed.cells.size() && c < job.columns.size(); ++c)
+            grid.SetTextMatrix(row, static_cast<int>(c), printed.cells[c]);
+        grid.SetRowMarks(row, printed.marks);
+    }
+    // A report without rows shows an empty grid.
+    if (!job.rows.empty()) grid.SetCurrent(1, 0);
+    grid.SetRedraw(true);
+}
+
 } // namespace qx::ui

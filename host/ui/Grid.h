@@ -116,4 +116,8 @@ private:
     std::optional<std::string> editing_;
 };
 
+// A report shown on its screen: the grid holds the print job's columns and rows, each row with
+// its print marks, so that the screen shows what preview and paper show.
+void ShowJob(Grid& grid, const PrintJob& job);
+
 } // namespace qx::ui

@@ -3,9 +3,8 @@
 #include "InterestGrid.h"
 #include "InterestLedger.h"
 
-#include "kivra/reports/ReportGrid.h"
-
 #include "host/Text.h"
+#include "host/ui/Grid.h"
 
 #include <stdexcept>
 
@@ -188,7 +187,7 @@ void InterestForm::Calculate() {
 }
 
 void InterestForm::Show(const InterestStatement& statement) {
-    ShowJob(grid_, StatementJob(statement));
+    qx::ui::ShowJob(grid_, StatementJob(statement));
     // Method 2 lets the user change only an entry's Days and Rate, for Recalculate; Method 1
     // leaves the grid to the host's own editing.
     const bool zimidar = statement.terms.method == InterestMethod::Zimidar;

@@ -1,7 +1,5 @@
 #include "ReportScreen.h"
 
-#include "ReportGrid.h"
-
 #include "kivra/module/mKivraModule.h"
 
 namespace kivra {
@@ -84,7 +82,7 @@ bool ReportScreen::Output(const std::string& key) {
 
 void ReportScreen::Show(const qx::PrintJob& job) {
     heading_.SetText(Heading());
-    ShowJob(grid_, job);
+    qx::ui::ShowJob(grid_, job);
 }
 
 } // namespace kivra

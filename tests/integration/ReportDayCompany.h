@@ -3,8 +3,7 @@
 // registers and returns to report on, and a report's rows as text to compare.
 #include "DemoSeriesCompany.h"
 
-#include "desk/core/ReportFile.h"
-#include "desk/qt/QtTestSupport.h"
+#include "support/PrintedReport.h"
 #include "kivra/reports/ReportScope.h"
 
 namespace qx::test {
@@ -21,18 +20,7 @@ protected:
         frontend.ClearTranscript();
         app.CloseScreen(screen);
     }
-    // A report's rows as "marks cells", the cells joined by "|" up to the last one filled.
-    static Strings Lines(const PrintJob& job) {
-        Strings lines;
-        for (const PrintRow& row : job.rows) {
-            std::size_t filled = row.cells.size();
-            while (filled > 0 && row.cells[filled - 1].empty()) --filled;
-            std::string line = row.marks;
-            for (std::size_t c = 0; c < filled; ++c) line += (c ? "|" : " ") + row.cells[c];
-            lines.push_back(line);
-        }
-        return lines;
-    }
+    static Strings Lines(const PrintJob& job) { return JobLines(job); }
     // 04/11/2024. At Khanna Gurmeet Singh sells paddy to the agent himself (5 quintals) and to
     // Pungrain (10), and maize to Pungrain (12); Pungrain's I-Form takes all of it, his
     // weighing finding 50 kg more paddy, and pays 2,100 for the maize he was sold at 2,090. At
@@ -73,16 +61,7 @@ protected:
                                      std::string name = {}) {
         return {*Date::ParseDisplay(from), *Date::ParseDisplay(to), market, std::move(name)};
     }
-    // The report printed as PDF (NAME.pdf), its first page kept as NAME-1.png for a person to
-    // look at; the text of its pages as poppler reads it back.
-    static std::string Printed(const PrintJob& job, const std::string& name) {
-        const auto pdf = OutputFolder() / (name + ".pdf");
-        desk::SaveReport(job, desk::ReportFormat::Pdf, pdf);
-        std::string text;
-        for (int page = 1, pages = PdfPages(pdf); page <= pages; ++page) text += PdfPageText(pdf, page);
-        RunTool("pdftoppm -png -r 60 -f 1 -l 1 '" + pdf.string() + "' '" + (OutputFolder() / name).string() + "'");
-        return text;
-    }
+    static std::string Printed(const PrintJob& job, const std::string& name) { return PrintedText(job, name); }
 };
 
 } // namespace qx::test

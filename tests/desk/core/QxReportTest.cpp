@@ -53,8 +53,9 @@ protected:
 TEST_F(QxReport, RefusesWhatItCannotMakeSayingWhy) {
     auto unknown = Report({"weekly-summary"});
     EXPECT_EQ(unknown.status, 1);
-    EXPECT_THAT(unknown.err, HasSubstr("There is no report \"weekly-summary\": the reports are daily-summary, "
-                                       "item-summary, stock-register, form-m, daily-return, interest."));
+    EXPECT_THAT(unknown.err, HasSubstr("There is no report \"weekly-summary\": the reports are ledger, day-book, "
+                                       "trial-balance, outstanding, daily-summary, item-summary, stock-register, "
+                                       "form-m, daily-return, interest."));
 
     auto badDay = Report({"daily-summary", "--from", "31/02/2024"});
     EXPECT_EQ(badDay.status, 1);

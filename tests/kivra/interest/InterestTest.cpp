@@ -332,6 +332,9 @@ TEST_F(InterestTest, QxReportMakesTheStatementOfEitherScreen) {
 
     EXPECT_THAT(run({"--party", "NOBODY", "--from", "01/04/2024"}).second, HasSubstr("There is no account \"NOBODY\"."));
     EXPECT_THAT(run({"--party", "PUNGRAIN", "--method", "3"}).second, HasSubstr("--method is 1 or 2, not \"3\"."));
+    EXPECT_THAT(run({"--party", "PUNGRAIN", "--to", "30/06/2024"}).second,
+                HasSubstr("The report interest asks for a period: --to needs --from."));
+    EXPECT_THAT(run({"--from", "01/04/2024"}).second, HasSubstr("An interest statement is of one party: give --party NAME."));
     EXPECT_THAT(run({"--party", "PUNGRAIN", "--colour", "red"}).second, HasSubstr("takes no --colour: it takes --party"));
 }
 
