@@ -54,11 +54,12 @@ PrintJob PartyLedgerJob(CompanyDb& db, const ChosenAccount& party, const Period&
         "N.NARRATIONID=A.NARRATIONID WHERE " + account + " AND A.DVCHDATE BETWEEN " + db.DateLiteral(period.from) +
         " AND " + db.DateLiteral(period.to) + " AND " + kInAccounts + " AND NOT " + kOpeningEntry +
         " ORDER BY A.DVCHDATE, A.VOUCHERID, A.DSRNO");
+    DayText day;
     for (; !rows->EndOfRows(); rows->MoveNext()) {
         const Amount amount = rows->Field(4).AsAmount();
         balance += amount;
         (amount > Amount() ? debits : credits) += amount.Abs();
-        job.rows.push_back({{rows->Field(0).AsDate().ToDisplay(), rows->Field(1).AsText(), rows->Field(2).AsText(),
+        job.rows.push_back({{day(rows->Field(0).AsDate()), rows->Field(1).AsText(), rows->Field(2).AsText(),
                              rows->Field(3).AsText(), amount > Amount() ? Money(amount) : "",
                              amount < Amount() ? Money(-amount) : "", BalanceText(balance)},
                             ""});
@@ -85,6 +86,7 @@ PrintJob DayBookJob(CompanyDb& db, const Period& period) {
         " ORDER BY A.DVCHDATE, A.VOUCHERID, A.DSRNO");
     Amount debits, credits;
     std::int64_t voucher = -1;
+    DayText day;
     for (; !rows->EndOfRows(); rows->MoveNext()) {
         const Amount amount = rows->Field(6).AsAmount();
         (amount > Amount() ? debits : credits) += amount.Abs();
@@ -93,7 +95,7 @@ PrintJob DayBookJob(CompanyDb& db, const Period& period) {
         voucher = rows->Field(1).AsLong();
         std::string account = rows->Field(3).AsText();
         if (rows->Field(3).IsNull()) account = "Account " + rows->Field(4).AsText() + " (not in the masters)";
-        job.rows.push_back({{first ? rows->Field(0).AsDate().ToDisplay() : "", first ? rows->Field(1).AsText() : "",
+        job.rows.push_back({{first ? day(rows->Field(0).AsDate()) : "", first ? rows->Field(1).AsText() : "",
                              first ? rows->Field(2).AsText() : "", std::move(account), rows->Field(5).AsText(),
                              amount > Amount() ? Money(amount) : "", amount < Amount() ? Money(-amount) : ""},
                             first && !job.rows.empty() ? "*blanklinebefore*" : ""});

@@ -26,6 +26,22 @@ inline std::string Money(Amount value) { return value.IsZero() ? std::string() :
 // A total: shown even when nil.
 inline std::string Total(Amount value) { return FormatAmount(value, "c2"); }
 
+// A day as dd/MM/yyyy, written once for the many entries of one day that follow each other.
+class DayText {
+public:
+    const std::string& operator()(Date day) {
+        if (text_.empty() || day != day_) {
+            day_ = day;
+            text_ = day.ToDisplay();
+        }
+        return text_;
+    }
+
+private:
+    Date day_;
+    std::string text_;
+};
+
 inline constexpr int kMoneyWidth = 1500;
 inline constexpr int kDateWidth = 1100;
 
