@@ -110,7 +110,9 @@ const std::vector<TableSpec> kTables = {
       {"TRNTYPE", "VARCHAR(10)"},
       {"BOOK", "VARCHAR(10)"},
       // the account groups (FAGROUPS numbers, "180,40") the party comes from; empty: any
-      {"PARTYGROUPS", "VARCHAR(250)"}},
+      {"PARTYGROUPS", "VARCHAR(250)"},
+      // what the status line adds after a save, with the boxes' texts for {BOXNAME}
+      {"SAVEDNOTE", "VARCHAR(100)"}},
      {"SERIESID"}},
     // A series' item grid, column by column after the host's serial column. COLKEY is one of
     // the host's standard keys (PRODUCT_ID, QUANTITY, ...) or the series' own; an own column is
@@ -128,7 +130,11 @@ const std::vector<TableSpec> kTables = {
       // the figures a number column takes: '' 0 or more, 'positive' more than 0 on every
       // line, 'signed' negative as well
       {"FIGURES", "VARCHAR(10)", {}, "'signed'"},
-      {"GROUPS", "VARCHAR(250)"}},
+      {"GROUPS", "VARCHAR(250)"},
+      // worked out from other cells: Enter passes the column by
+      {"COMPUTED", kFlag},
+      // a new line proposes the line above's text in the column
+      {"REPEATS", kFlag}},
      {"SERIESID", "POSITION"}},
     // A series' own header boxes, saved into the DOCMAIN column FIELD. LOOKUP names a module's
     // operation that chooses the box's record, LOOKUPTEXT the one that names a saved choice;
@@ -144,7 +150,12 @@ const std::vector<TableSpec> kTables = {
       {"LOOKUP", "VARCHAR(40)"},
       {"LOOKUPTEXT", "VARCHAR(40)"},
       {"REQUIRED", kFlag},
-      {"ISDATE", kFlag}},
+      {"ISDATE", kFlag},
+      // a new document starts with what the one before held (a book number)
+      {"CARRIED", kFlag},
+      // a new document proposes one more than the highest its series saved with the same
+      // carried boxes and look-ups (a form number within its book and market)
+      {"NUMBERED", kFlag}},
      {"SERIESID", "POSITION"}},
     // A series' charges: BASIS 'B' per bag, 'P' percent of the gross amount, 'F' fixed; SIGN +1
     // adds to the document, -1 deducts; posted to HEADCODE; the amount kept in DOCMAIN.FIELD.

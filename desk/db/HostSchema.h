@@ -36,6 +36,9 @@ inline constexpr std::array kSchemaHistory = {
                       "UTRDATE) and the documents it settles (FASETTLED)"},
     SchemaVersion{11, "series boxes that hold a day (DOCBOXES.ISDATE), such as the date of a payment"},
     SchemaVersion{12, "ledger rows by date (the day book reads a day's vouchers of every kind)"},
+    SchemaVersion{13, "counter speed: columns Enter passes by (DOCCOLUMNS.COMPUTED) and that repeat "
+                      "the line above (REPEATS); boxes a new document carries on (DOCBOXES.CARRIED) "
+                      "or numbers on (NUMBERED); the note of a save (DOCCONFIG.SAVEDNOTE)"},
 };
 inline constexpr int kHostSchemaVersion = kSchemaHistory.back().version;
 

@@ -50,19 +50,57 @@ void DocumentHeader::Clear() {
 std::vector<DocumentHeader::Choice> DocumentHeader::Choices() const {
     std::vector<Choice> choices;
     const auto& boxes = document_.CurrentSeries().boxes;
-    for (std::size_t i = 0; i < boxChoices_.size(); ++i)
-        if (!boxChoices_[i].empty() && !boxes[i].field.empty())
-            choices.push_back({i, boxChoices_[i], document_.MainFields().GetValue(boxes[i].field)});
+    for (std::size_t i = 0; i < boxChoices_.size(); ++i) {
+        const SeriesBox& box = boxes[i];
+        const std::string text =
+            !box.lookup.empty() ? boxChoices_[i] : box.carried ? boxes_.pool[i]->Text() : "";
+        if (!text.empty() && !box.field.empty())
+            choices.push_back({i, text, document_.MainFields().GetValue(box.field)});
+    }
     return choices;
 }
 
 void DocumentHeader::Choose(const std::vector<Choice>& choices) {
     const auto& boxes = document_.CurrentSeries().boxes;
     for (const Choice& choice : choices) {
-        boxChoices_[choice.index] = choice.text;
+        if (!boxes[choice.index].lookup.empty())
+            boxChoices_[choice.index] = choice.text;
         boxes_.pool[choice.index]->SetText(choice.text);
         document_.MainFields().SetValue(boxes[choice.index].field, choice.value);
     }
+}
+
+void DocumentHeader::ProposeNumbers() {
+    const Series& series = document_.CurrentSeries();
+    std::string sameAs = "DOCSERIESID=" + std::to_string(series.id);
+    for (const SeriesBox& box : series.boxes) {
+        if ((box.lookup.empty() && !box.carried) || box.field.empty())
+            continue;
+        const Value held = document_.MainFields().GetValue(box.field);
+        if (held.IsNull() || held.AsText().empty() || held.AsAmount().IsZero())
+            return;
+        sameAs += " AND " + box.field + "=" +
+                  (box.numeric || !box.lookup.empty() ? held.AsAmount().ToPlainString()
+                                                      : SqlQuote(held.AsText()));
+    }
+    for (std::size_t i = 0; i < series.boxes.size(); ++i) {
+        const SeriesBox& box = series.boxes[i];
+        if (!box.numbered || box.field.empty() || !Trim(boxes_.pool[i]->Text()).empty())
+            continue;
+        const Amount highest =
+            document_.Database().LookupValue("DOCMAIN", "MAX(" + box.field + ")", sameAs).AsAmount();
+        if (!highest.IsZero())
+            boxes_.pool[i]->SetText(std::to_string(highest.WholePart() + 1));
+    }
+}
+
+std::string DocumentHeader::SavedNote() const {
+    std::string note = document_.CurrentSeries().savedNote;
+    const auto& boxes = document_.CurrentSeries().boxes;
+    for (std::size_t i = 0; i < boxes.size(); ++i)
+        for (std::size_t at; (at = note.find("{" + boxes[i].name + "}")) != std::string::npos;)
+            note.replace(at, boxes[i].name.size() + 2, Trim(boxes_.pool[i]->Text()));
+    return note;
 }
 
 void DocumentHeader::AskRequiredChoices() {
@@ -139,10 +177,12 @@ void DocumentHeader::CheckParty(bool& cancel) {
     }
 }
 
-void DocumentHeader::LookUpParty() {
-    if (auto chosen = ChooseByName(app_, kAccounts, "Party", boxes_.party.Text(),
-                                   document_.CurrentSeries().partyGroups))
+bool DocumentHeader::LookUpParty() {
+    auto chosen = ChooseByName(app_, kAccounts, "Party", boxes_.party.Text(),
+                               document_.CurrentSeries().partyGroups);
+    if (chosen)
         PartyChosen(chosen->code, chosen->name);
+    return chosen.has_value();
 }
 
 void DocumentHeader::PartyChosen(std::int32_t code, const std::string& name) {

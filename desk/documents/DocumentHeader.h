@@ -38,7 +38,8 @@ public:
 
     // No party, the series' boxes empty.
     void Clear();
-    // What the look-up boxes (the market) hold, for the next document to start with.
+    // What the look-up boxes (the market) and the boxes the series carries (a book number)
+    // hold, for the next document to start with.
     struct Choice {
         std::size_t index;
         std::string text;
@@ -49,12 +50,19 @@ public:
     // Opens the look-up of each box the document cannot be saved without and that holds
     // nothing yet.
     void AskRequiredChoices();
+    // Each numbered box that holds nothing gets one more than the highest number its series
+    // saved with what the look-up and carried boxes hold now; none while one of them is empty
+    // or no document holds them yet.
+    void ProposeNumbers();
+    // The series' note of a saved document, each {BOXNAME} replaced by the box's text.
+    std::string SavedNote() const;
     void ShowSaved(const PropertyBag& main);
 
     // Leaving a box. The date as typed, shown as dd/MM/yyyy; none when it is refused.
     std::optional<Date> CheckDate();
     void CheckParty(bool& cancel);
-    void LookUpParty();
+    // True when a party was chosen.
+    bool LookUpParty();
     // A box that takes a number takes it written as any figure is, and never below 0 (a form
     // number, a book number).
     void CheckNumber(ui::TextBox& box, ColumnKind kind, bool& cancel);

@@ -93,8 +93,18 @@ bool DocumentScreen::Save(bool cancelled) {
                              std::to_string(number) + ".",
                          "", "I");
     lastDate_ = document_.DocDate();
+    status_.SetText(SavedStatus(number));
     NewDocument();
     return true;
+}
+
+// "J-Form 150 saved: form 12/108, 1,97,303.00": the clerk glances at it while he starts the
+// next form.
+std::string DocumentScreen::SavedStatus(std::int32_t number) const {
+    const std::string note = header_.SavedNote();
+    return CurrentSeries().docType + " " + std::to_string(number) + " saved" +
+           (note.empty() ? "" : ": " + note) + ", " +
+           FormatAmount(totals_.Current().grandTotal, "c2");
 }
 
 bool DocumentScreen::DeleteDocument() {

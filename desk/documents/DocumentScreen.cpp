@@ -34,7 +34,7 @@ DocumentScreen::DocumentScreen(DeskApp& app)
       roundOff_(Add<ui::TextBox>("txtRoundOff", "Round Off")),
       grandTotal_(Add<ui::TextBox>("txtGrandTotal", "Grand Total")),
       picGridInfo_(Add<ui::Label>("picGridInfo")), gridInfo_(Add<ui::Grid>("GridInfo")),
-      bar_(Add<ui::ButtonBar>("BtnBar1")), itemGrid_(grid_, document_), chargesGrid_(charges_),
+      status_(Add<ui::Label>("lblStatus")), bar_(Add<ui::ButtonBar>("BtnBar1")), itemGrid_(grid_, document_), chargesGrid_(charges_),
       totals_({gross_, chargesTotal_, roundOff_, grandTotal_}, itemGrid_, chargesGrid_, document_),
       header_(app_, document_, {date_, number_, party_, saleType_, boxPool_}),
       typing_(app_, document_, itemGrid_, chargesGrid_, totals_) {
@@ -56,7 +56,13 @@ DocumentScreen::DocumentScreen(DeskApp& app)
             app_.Guard([&] { totals_.Show(); });
     };
     party_.OnValidate = [this](bool& cancel) { header_.CheckParty(cancel); };
-    party_.OnLookup = [this] { app_.Guard([&] { header_.LookUpParty(); }); };
+    // A choice from a look-up moves on, as Enter after typing the name would.
+    party_.OnLookup = [this] {
+        app_.Guard([&] {
+            if (header_.LookUpParty())
+                FocusNext();
+        });
+    };
 
     grid_.Editable = true;
     grid_.GrowsRows = true;
@@ -103,6 +109,7 @@ DocumentScreen::DocumentScreen(DeskApp& app)
     BeginGroup();
     AddRow({&picGridInfo_});
     AddRow({&gridInfo_});
+    AddRow({&status_});
     AddRow({&bar_});
 }
 
@@ -196,16 +203,22 @@ void DocumentScreen::ClearContent() {
     document_.Reset();
 }
 
+// The date selected: typing replaces it, Enter keeps it.
 void DocumentScreen::FocusFirstBox() {
     const auto quiet = typing_.Quiet();
     date_.SetFocus();
+    date_.SelectAll();
 }
 
 void DocumentScreen::NewDocument() {
-    // A new form is of the market of the one before, as it is of its date.
+    // A new form is of the market, book and day of the one before, saved or left.
     const auto choices = header_.Choices();
+    if (document_.IsNewDocument())
+        if (const auto shown = Date::ParseDisplay(Trim(date_.Text())))
+            lastDate_ = *shown;
     ClearContent();
     header_.Choose(choices);
+    header_.ProposeNumbers();
     date_.SetText(lastDate_.value_or(Today()).ToDisplay());
     proposedNumber_ = std::to_string(NextNumber(Db(), SeriesId()));
     number_.SetText(proposedNumber_);
@@ -227,6 +240,7 @@ void DocumentScreen::NewDocument() {
 // it from). A document filled from such a list counts as changed.
 void DocumentScreen::BeginNewDocument() {
     header_.AskRequiredChoices();
+    header_.ProposeNumbers(); // of the market chosen
     shownContent_ = ContentNow();
     document_.Raise([](DocumentEvents& l) { l.NewDocumentEnd(); });
 }
@@ -288,7 +302,7 @@ void DocumentScreen::SetShowGridinfo(bool show) {
 void DocumentScreen::SetupMode() {
     const bool saved = !document_.IsNewDocument();
     bar_.SetItemEnabled("Delete", saved);
-    SetCaption(CurrentSeries().Title() + (saved ? " - No. " + number_.Text() : " - New"));
+    SetCaption(CurrentSeries().Title() + (saved ? " \u2014 No. " + number_.Text() : " \u2014 new"));
 }
 
 // A line that cannot be worked out stays marked, and the others are worked out all the same.

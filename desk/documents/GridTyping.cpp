@@ -175,7 +175,7 @@ void GridTyping::LookUpCell() {
     if (auto chosen = ChooseByName(app_, item ? kItems : kAccounts, item ? "Items" : column.caption,
                                    typed, column.groups)) {
         grid.Type(chosen->name);
-        grid.Commit();
+        grid.EnterNext();
     }
 }
 

@@ -27,7 +27,8 @@ public:
     void CheckCell(int row, int col, const std::string& typed, bool& cancel);
     // A new item fills its line, and the totals follow what changed.
     void TakeCell(int row, int col);
-    // F2 in an item or party cell: the choice is typed into the cell and taken as a typed name is.
+    // F2 in an item or party cell: the choice is typed into the cell and taken as a typed name
+    // is, and the cursor moves on as Enter moves it.
     void LookUpCell();
     // A rate is never below 0 (the series says whether the charge adds or deducts).
     void CheckRate(int row, int col, const std::string& typed, bool& cancel);

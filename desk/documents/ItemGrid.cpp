@@ -42,14 +42,19 @@ void ItemGrid::Build() {
     members_.clear();
     partyCodeCol_ = 0;
     unworkedCol_ = 0;
-    auto add = [this](const SeriesColumn& column) {
+    // The host works a line's amount out from its quantity and rate (WorkOut).
+    const bool amountWorkedOut = series.Column(kQuantityKey) && series.Column(kRateKey);
+    auto add = [&](const SeriesColumn& column) {
         const bool figure =
             column.role == ColumnRole::Number || column.role == ColumnRole::ItemCode;
         const int col =
             grid_.AddColumn(column.caption, column.width, figure ? Align::Right : Align::Default,
                             column.role == ColumnRole::Number ? column.format : "");
-        grid_.Column(col).editable = column.editable;
-        grid_.Column(col).key = column.key;
+        ui::GridColumn& shown = grid_.Column(col);
+        shown.editable = column.editable;
+        shown.key = column.key;
+        shown.computed = column.computed || (column.key == kAmountKey && amountWorkedOut);
+        shown.repeats = column.repeats;
         columns_.push_back(column);
         return col;
     };

@@ -66,6 +66,8 @@ SeriesColumn ColumnOf(const Recordset& row) {
     column.field = Trim(row.Field("FIELD").AsText());
     column.figures = FigureRangeOf(row.Field("FIGURES").AsText());
     column.groups = ParseGroups(row.Field("GROUPS").AsText());
+    column.computed = row.Field("COMPUTED").AsBool();
+    column.repeats = row.Field("REPEATS").AsBool();
     if (const StandardColumn* standard = FindStandardColumn(column.key)) {
         column.role = standard->role;
         column.field = std::string(standard->field);
@@ -86,7 +88,9 @@ SeriesBox BoxOf(const Recordset& row) {
             .visible = row.Field("VISIBLE").AsBool(),
             .lookup = Trim(row.Field("LOOKUP").AsText()),
             .lookupText = Trim(row.Field("LOOKUPTEXT").AsText()),
-            .required = row.Field("REQUIRED").AsBool()};
+            .required = row.Field("REQUIRED").AsBool(),
+            .carried = row.Field("CARRIED").AsBool(),
+            .numbered = row.Field("NUMBERED").AsBool()};
 }
 
 SeriesCharge ChargeOf(const Recordset& row) {
@@ -187,7 +191,9 @@ std::string FigureRefusal(const SeriesColumn& column, Amount figure) {
 }
 
 std::string SeriesTitle(std::string_view name, std::string_view subName) {
-    return subName.empty() ? std::string(name) : std::string(name) + " - " + std::string(subName);
+    // A series whose one kind is named twice ("J-Forms", "J-Forms") is named once.
+    return subName.empty() || subName == name ? std::string(name)
+                                              : std::string(name) + " - " + std::string(subName);
 }
 
 SeriesColumn HiddenPartyCodeColumn() {
@@ -236,6 +242,7 @@ Series LoadSeries(CompanyDb& db, std::int32_t seriesId) {
     series.subName = config->Field("SUBSERIESNAME").AsText();
     series.docType = config->Field("DOCTYPE").AsText();
     series.properties = config->Field("DOCPROPERTIES").AsText();
+    series.savedNote = config->Field("SAVEDNOTE").AsText();
     series.voucherFactor = static_cast<int>(config->Field("DOCVOUCHERFACTOR").AsLong());
     series.narration = config->Field("NARRATION").AsText();
     series.trnType = config->Field("TRNTYPE").AsText();

@@ -43,6 +43,8 @@ struct SeriesColumn {
     std::string field; // the DOCDATA column the cell is saved in; empty: not saved
     FigureRange figures = FigureRange::NotNegative;
     AccountGroups groups; // a party column: the groups its accounts come from; empty: any
+    bool computed = false; // worked out from other cells: Enter passes it by
+    bool repeats = false;  // a new line proposes the line above's text
 };
 
 // DOCCOLUMNS.FIGURES: "positive", "signed", or empty for 0 or more; anything else throws.
@@ -60,6 +62,10 @@ struct SeriesBox {
     std::string lookup;     // a module's operation that chooses the box's record
     std::string lookupText; // a module's operation that names a saved record
     bool required = false;  // a document is not saved with the box empty
+    bool carried = false;   // a new document starts with what the one before held
+    // A new document proposes one more than the highest number its series saved with what the
+    // carried and look-up boxes hold (a form number within its book).
+    bool numbered = false;
 };
 
 enum class ChargeBasis { PerBag, Percent, Fixed };
@@ -86,6 +92,9 @@ struct Series {
     std::string trnType;
     std::string book;
     AccountGroups partyGroups; // the groups the document's party comes from; empty: any
+    // What the status line says of a saved document after its number and before its amount,
+    // each {BOXNAME} replaced by what that box held ("form {FORM_BOOK_NO}/{FORM_NO}").
+    std::string savedNote;
     // The DOCCONFIG record under the names a document extension reads ("SeriesID",
     // "SubSeriesName", "DocVoucherFactor", ...).
     PropertyBag info;

@@ -82,6 +82,7 @@ void WriteSeries(CompanyDb& db, const nlohmann::ordered_json& series) {
     config->SetField("TRNTYPE", Text(series, "trnType", code));
     config->SetField("BOOK", Text(series, "book", code));
     config->SetField("PARTYGROUPS", Groups(db, series, "partyGroups"));
+    config->SetField("SAVEDNOTE", Text(series, "savedNote"));
     config->Update();
 
     const auto where = " WHERE SERIESID=" + std::to_string(id);
@@ -103,6 +104,8 @@ void WriteSeries(CompanyDb& db, const nlohmann::ordered_json& series) {
         FigureRangeOf(figures); // refuses what is not a range
         rows->SetField("FIGURES", figures);
         rows->SetField("GROUPS", Groups(db, column, "groups"));
+        rows->SetField("COMPUTED", Flag(column, "computed", false) ? 1 : 0);
+        rows->SetField("REPEATS", Flag(column, "repeats", false) ? 1 : 0);
         rows->Update();
     }
     position = 0;
@@ -120,6 +123,8 @@ void WriteSeries(CompanyDb& db, const nlohmann::ordered_json& series) {
         rows->SetField("LOOKUP", Text(box, "lookup"));
         rows->SetField("LOOKUPTEXT", Text(box, "lookupText"));
         rows->SetField("REQUIRED", Flag(box, "required", false) ? 1 : 0);
+        rows->SetField("CARRIED", Flag(box, "carried", false) ? 1 : 0);
+        rows->SetField("NUMBERED", Flag(box, "numbered", false) ? 1 : 0);
         rows->Update();
     }
     position = 0;

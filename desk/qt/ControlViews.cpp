@@ -148,6 +148,10 @@ protected:
             edit_->setValidator(new NumberValidator(edit_));
         else if (!box_.NumericOnly && edit_->validator())
             edit_->setValidator(nullptr);
+        if (selectionsShown_ != box_.Selections()) {
+            selectionsShown_ = box_.Selections();
+            edit_->selectAll();
+        }
         lookup_->setVisible(HasLookup());
         lookup_->setToolTip(box_.DateEntry ? QStringLiteral("Calendar (F2)") : QStringLiteral("Look up (F2)"));
     }
@@ -189,6 +193,7 @@ private:
     ui::TextBox& box_;
     QLineEdit* edit_;
     QToolButton* lookup_;
+    int selectionsShown_ = 0;
 };
 
 // A box of several lines: Enter starts a new line, Tab moves on.

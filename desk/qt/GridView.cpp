@@ -127,7 +127,11 @@ void GridView::RefreshContent() {
         for (int col = 0; col < cols; ++col) {
             const ui::GridColumn& column = grid_.Column(col);
             const bool typing = grid_.Editing() && row == grid_.Row() && col == grid_.Col();
-            const QString text = ToQString(typing ? *grid_.Editing() : grid_.TextMatrix(row, col));
+            // A proposal shows, paler, where nothing is typed: what Enter takes.
+            const std::string proposal = typing ? std::string() : grid_.Proposal(row, col);
+            const QString text = ToQString(typing              ? *grid_.Editing()
+                                           : proposal.empty() ? grid_.TextMatrix(row, col)
+                                                              : proposal);
             QTableWidgetItem* item = table_->item(row - 1, col);
             if (!item) {
                 item = new QTableWidgetItem;
@@ -148,7 +152,7 @@ void GridView::RefreshContent() {
                 item->setForeground(background.lightness() < 128 ? Qt::white : Qt::black);
             } else {
                 item->setBackground(col < grid_.FixedCols ? fixedBackground : QBrush());
-                item->setForeground(QBrush());
+                item->setForeground(proposal.empty() ? QBrush() : table_->palette().placeholderText());
             }
         }
     }

@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace qx::desk {
 
@@ -162,7 +163,16 @@ void ScreenWidget::ShowChanges() {
     showScheduled_ = false;
     const std::vector<ControlView*> changed = std::move(changed_);
     changed_.clear();
+    QWidget* before = QApplication::focusWidget();
+    const bool following = std::exchange(followingModel_, true);
     for (ControlView* view : changed) view->Refresh();
+    // A widget that took the focus while the views were redrawn (a table whose cell editor
+    // closed with its row) took it by the program's doing: it goes back where the model has it.
+    ControlView* focused = screen_.Focused() ? ViewOf(*screen_.Focused()) : nullptr;
+    if (QApplication::focusWidget() != before && focused &&
+        ViewHolding(QApplication::focusWidget()) != focused)
+        focused->FocusWidget()->setFocus(Qt::OtherFocusReason);
+    followingModel_ = following;
 }
 
 void ScreenWidget::FocusChanged(ui::Control& /*control*/) { FocusModelControl(); }

@@ -92,6 +92,13 @@ public:
     void SetText(std::string text);
     // The user types: replaces the text, refusing letters where the box is numeric only.
     bool Type(std::string_view text);
+    // Selects the whole text, so that what the user types next replaces it (a day the program
+    // proposes in the box the cursor stays in). The view selects it each time Selections grows.
+    void SelectAll() {
+        ++selections_;
+        Changed();
+    }
+    int Selections() const { return selections_; }
     bool TakesFocus() const override { return Visible() && Enabled(); }
 
     bool NumericOnly = false;
@@ -108,6 +115,7 @@ public:
 
 private:
     std::string text_;
+    int selections_ = 0;
 };
 
 class CheckBox : public Control {

@@ -184,11 +184,28 @@ void Grid::Type(std::string_view text) {
     }
 }
 
-bool Grid::MoveNext() {
+bool Grid::MoveNext() { return MoveOn(false); }
+
+bool Grid::EnterNext() { return MoveOn(true); }
+
+std::string Grid::Proposal(int row, int col) const {
+    if (row < 2 || !IsDataCell(*this, row, col) || !columns_[col].repeats ||
+        !cells_[row][col].empty())
+        return {};
+    return cells_[row - 1][col];
+}
+
+bool Grid::MoveOn(bool passComputed) {
     if (!IsDataCell(*this, row_, col_)) return false;
+    // Moving on from an empty cell that proposes something takes the proposal, as if typed.
+    if (!editing_ && TakesTyping(*this))
+        if (std::string proposal = Proposal(row_, col_); !proposal.empty()) Type(proposal);
     for (int row = row_, col = col_ + 1; row < Rows(); ++row, col = 0)
-        for (; col < Cols(); ++col)
-            if (columns_[col].editable && Shown(columns_[col])) return MoveTo(row, col);
+        for (; col < Cols(); ++col) {
+            const GridColumn& column = columns_[col];
+            if (column.editable && Shown(column) && !(passComputed && column.computed))
+                return MoveTo(row, col);
+        }
     // Nowhere further to go: Enter still takes what was typed.
     return Commit();
 }

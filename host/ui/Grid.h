@@ -25,6 +25,12 @@ struct GridColumn {
     std::string format; // FormatAmount format of the column ("c2"), empty: text
     bool editable = true;
     std::string key;    // the host's key of the column, e.g. "ADD_LESS_KGS"
+    // Worked out from other cells (a total, an amount): Enter passes it by, and Tab, the
+    // arrows and a click still reach it.
+    bool computed = false;
+    // An empty cell proposes the text of the cell above (a new line's item, say): Enter or Tab
+    // takes the proposal, typing replaces it, and until then the cell holds nothing.
+    bool repeats = false;
 };
 
 class Grid : public Control {
@@ -78,8 +84,12 @@ public:
     void Type(std::string_view text);
     // The text being typed into the current cell, if any.
     const std::optional<std::string>& Editing() const { return editing_; }
-    // Enter or Tab: next editable visible column, or the first of the next row.
+    // Tab: next editable visible column, or the first of the next row.
     bool MoveNext();
+    // Enter: as Tab, passing computed columns by.
+    bool EnterNext();
+    // What an empty cell of a repeating column proposes; empty when it proposes nothing.
+    std::string Proposal(int row, int col) const;
     // Shift+Tab: the editable visible column before, or the last of the row above; false when
     // a handler refused or there is no such cell (AtFirstCell).
     bool MovePrevious();
@@ -103,6 +113,7 @@ public:
 
 private:
     std::optional<std::pair<int, int>> CellBefore() const;
+    bool MoveOn(bool passComputed);
     bool LeaveCell(int nextRow);
     void ChangedIfDrawing();
 

@@ -114,8 +114,10 @@ bool Screen::KeyDown(const KeyPress& key) {
     if (auto* box = dynamic_cast<TextBox*>(focused_); key.key == Key::Enter && box && box->MultiLine)
         return false;
     if (key.key == Key::Enter || key.key == Key::Tab) {
-        if (auto* grid = dynamic_cast<Grid*>(focused_)) grid->MoveNext();
-        else FocusNext();
+        if (auto* grid = dynamic_cast<Grid*>(focused_))
+            key.key == Key::Enter ? grid->EnterNext() : grid->MoveNext();
+        else
+            FocusNext();
         return true;
     }
     return false;

@@ -80,8 +80,8 @@ public:
 
     // A key pressed on the screen. By default F2 opens the look-up of the focused input
     // box, function keys and Esc click the command-bar item whose caption names them, Enter
-    // moves on as Tab does, and Shift+Tab moves back (in a grid cell by cell, out of it from
-    // its first cell). True when consumed.
+    // moves on as Tab does (in a grid passing computed cells by), and Shift+Tab moves back
+    // (in a grid cell by cell, out of it from its first cell). True when consumed.
     virtual bool KeyDown(const KeyPress& key);
 
     // Focus.

@@ -72,6 +72,32 @@ TEST_F(MarketList, TheLastRowGrowsTheGridByOneRow) {
     EXPECT_EQ(grid.Rows(), 3);
 }
 
+// Enter passes a computed column by and Tab stops in it. A repeating column's empty cell
+// proposes the one above: leaving it by Enter or Tab takes it as typed (and the last row grows
+// as with typing), leaving it otherwise, or typing, does not.
+TEST_F(MarketList, EnterPassesComputedCellsAndTakesTheLineAbove) {
+    for (int col : {1, kSeriesCol}) grid.Column(col).computed = true; // Sr. No. and series
+    grid.Column(kNameCol).repeats = true;
+    grid.SetCurrent(1, kNameCol);
+    grid.Type("Khanna");
+    ASSERT_TRUE(grid.EnterNext());
+    EXPECT_EQ(Cursor(), std::pair(2, kNameCol));
+    EXPECT_EQ(grid.Proposal(2, kNameCol), "Khanna");
+    EXPECT_EQ(grid.Proposal(2, kSeriesCol), "") << "only a repeating column proposes";
+    ASSERT_TRUE(grid.Commit());
+    EXPECT_EQ(grid.TextMatrix(2, kNameCol), "") << "the cursor has not moved on";
+    ASSERT_TRUE(grid.MoveNext());
+    EXPECT_EQ(Cursor(), std::pair(2, kSeriesCol));
+    EXPECT_EQ(grid.TextMatrix(2, kNameCol), "Khanna");
+    EXPECT_EQ(grid.Rows(), 4);
+
+    grid.SetCurrent(3, kNameCol);
+    grid.Type("Doraha");
+    ASSERT_TRUE(grid.MoveTo(3, kSeriesCol));
+    EXPECT_EQ(grid.TextMatrix(3, kNameCol), "Doraha");
+    EXPECT_EQ(grid.Proposal(3, kNameCol), "") << "a cell that holds text proposes nothing";
+}
+
 TEST_F(MarketList, RowsCutOrRemovedTakeTheirCellsAndLeaveTheCursorInTheGrid) {
     grid.SetCurrent(1, kNameCol);
     EXPECT_FALSE(grid.MoveTo(2, kNameCol));
