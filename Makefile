@@ -6,7 +6,7 @@ JOBS ?= $(shell nproc)
 
 # Debian packages the build, the tests and the demo need.
 DEBS := cmake ninja-build g++ pkg-config libsqlite3-dev sqlite3 libgtest-dev libgmock-dev \
-        nlohmann-json3-dev libutf8proc-dev libbenchmark-dev qt6-base-dev xvfb xauth poppler-utils \
+        nlohmann-json3-dev libutf8proc-dev libbenchmark-dev qt6-base-dev qt6-svg-dev xvfb xauth poppler-utils \
         fonts-noto-core fonts-dejavu-core libxlsxwriter-dev libminizip-dev
 
 .PHONY: all deps build test demo clean

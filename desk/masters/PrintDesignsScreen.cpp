@@ -9,7 +9,7 @@ PrintDesignsScreen::PrintDesignsScreen(DeskApp& app)
     : Screen("PrintDesigns", "Print Designs"), app_(app), list_(Add<ui::ComboBox>("cmbSection", "Section")),
       design_(Add<ui::TextBox>("txtDesign", "Design")), section_(Add<ui::TextBox>("txtSection", "Section Name")),
       text_(Add<ui::TextBox>("txtText", "Text")), bar_(Add<ui::ButtonBar>("BtnBar1")) {
-    Icon = "Books";
+    Icon = "Ledger";
     text_.MultiLine = true;
     design_.SetToolTip("FormM_Head, FormM_Footer, ...");
     section_.SetToolTip("MainHeadForm1, BottomLine, ...");

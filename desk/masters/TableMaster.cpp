@@ -79,7 +79,7 @@ TableMaster::TableMaster(DeskApp& app, MasterDefinition definition)
     : Screen(definition.key, definition.title), app_(app),
       definition_(WithNameRules(std::move(definition))), grid_(Add<ui::Grid>("Grid")),
       bar_(Add<ui::ButtonBar>("BtnBar1")) {
-    Icon = "Books";
+    Icon = "Ledger";
     auto& title = Add<ui::Label>("lblTitle", definition_.title);
     title.Heading = true;
     AddRow({&title});

@@ -8,6 +8,7 @@
 
 class QMdiArea;
 class QMenu;
+class QSettings;
 class QToolBar;
 
 namespace qx::desk {
@@ -23,15 +24,21 @@ public:
     void Refresh();
     // Opens a company as the Company menu does, telling the user when it cannot be opened.
     void OpenCompany(const QString& path);
+    // Shows the window as the user left it the last time (kept in `settings`, which must
+    // outlive the window), maximised the first time; its place is kept there when it closes.
+    void ShowAsLeft(QSettings& settings);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     QMenu* MenuOfGroup(const QString& group);
+    QAction* ButtonOfDigit(int key) const;
 
     DeskApp& app_;
     QMdiArea* area_;
+    QSettings* settings_ = nullptr;
     std::vector<QMenu*> menus_;
     std::vector<QToolBar*> toolBars_;
 };

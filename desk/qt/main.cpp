@@ -10,9 +10,11 @@
 #include "desk/vouchers/HostVouchers.h"
 
 #include <QApplication>
+#include <QSettings>
 
 int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
+    QApplication::setOrganizationName(QStringLiteral("QX"));
     QApplication::setApplicationName(QStringLiteral("QX Desk"));
     qx::desk::QtFrontend frontend;
     qx::desk::DeskApp app(frontend);
@@ -21,7 +23,8 @@ int main(int argc, char* argv[]) {
     qx::desk::RegisterHostVouchers(app);
     qx::desk::RegisterHostLedgers(app);
     app.Guard([&] { app.LoadModules(qx::desk::DefaultModulesFolder()); });
-    frontend.Window().showMaximized();
+    QSettings settings; // the user's own: the window's place and size
+    frontend.Window().ShowAsLeft(settings);
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() > 1) frontend.Window().OpenCompany(arguments.at(1));
     const int exitCode = QApplication::exec();

@@ -71,7 +71,7 @@ VoucherScreen::VoucherScreen(DeskApp& app)
       settles_(Add<ui::TextBox>("txpSettles", "Settles")),
       debits_(Add<ui::TextBox>("txtDebits", "Debits")), credits_(Add<ui::TextBox>("txtCredits", "Credits")),
       difference_(Add<ui::Label>("lblDifference")), bar_(Add<ui::ButtonBar>("BtnBar1")) {
-    Icon = "Books";
+    Icon = "Ledger";
     date_.DateEntry = true;
     date_.OnValidate = [this](bool& cancel) { CheckDayBox(app_, date_, false, cancel); };
     for (const VoucherBook& book : kVoucherBooks)

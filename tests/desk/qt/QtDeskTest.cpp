@@ -5,6 +5,7 @@
 
 #include "desk/core/DeskApp.h"
 #include "desk/core/PeriodDialog.h"
+#include "desk/qt/Pictures.h"
 #include "desk/qt/PreviewDialog.h"
 #include "desk/qt/PrintRenderer.h"
 #include "desk/qt/QtFrontend.h"
@@ -27,10 +28,12 @@
 #include <QCalendarWidget>
 #include <QLineEdit>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QSettings>
 #include <QTableWidget>
 #include <QTest>
 #include <QToolBar>
@@ -86,9 +89,9 @@ protected:
 
     QAction* MenuAction(const QString& menuTitle, const QString& text) {
         for (QAction* menu : frontend.Window().menuBar()->actions())
-            if (menu->text() == menuTitle && menu->menu())
+            if (menu->text().remove(u'&') == menuTitle && menu->menu())
                 for (QAction* action : menu->menu()->actions())
-                    if (action->text() == text) return action;
+                    if (action->text().remove(u'&') == text) return action;
         return nullptr;
     }
 
@@ -97,8 +100,10 @@ protected:
     std::shared_ptr<NotesScreen> notes;
 };
 
-// A special menu is a menu and a row of buttons that open screens in sub-windows; a window
-// asks its screen before it closes, and a modal screen runs until it closes itself.
+// A special menu is a menu and a row of buttons that open screens in sub-windows, from the
+// keyboard too: Alt and a menu's letter open it, a button's digit clicks it while no screen
+// is open, Alt and the digit wherever the focus is. A window asks its screen before it closes,
+// and a modal screen runs until it closes itself.
 TEST_F(QtDesk, MenusOpenScreensInWindowsAndModally) {
     SplMenu& menu = app.CreateSplMenu("Kivra", "Kivra");
     menu.AddButton("Notes", "1. Notes", "Notes");
@@ -110,8 +115,13 @@ TEST_F(QtDesk, MenusOpenScreensInWindowsAndModally) {
     EXPECT_TRUE(bar->isVisible());
     ASSERT_EQ(bar->actions().size(), 2);
     ASSERT_NE(MenuAction("Kivra", "2. Nowhere"), nullptr);
-    QTest::mouseClick(bar->widgetForAction(bar->actions().at(0)), Qt::LeftButton);
-    ASSERT_TRUE(notes);
+    QTest::keyClick(&frontend.Window(), Qt::Key_K, Qt::AltModifier);
+    auto* popup = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(popup, nullptr) << "Alt+K opens the Kivra menu";
+    EXPECT_EQ(popup->title(), "&Kivra");
+    popup->close();
+    QTest::keyClick(&frontend.Window(), Qt::Key_1);
+    ASSERT_TRUE(notes) << "the digit 1 clicks the first button";
     QPointer<QMdiSubWindow> window = frontend.WindowOf(*notes);
     ASSERT_TRUE(window);
     EXPECT_EQ(notes->firstActivations, 1);
@@ -123,8 +133,9 @@ TEST_F(QtDesk, MenusOpenScreensInWindowsAndModally) {
         seen = dynamic_cast<QMessageBox&>(modal).text();
         dynamic_cast<QMessageBox&>(modal).button(QMessageBox::Ok)->click();
     });
-    MenuAction("Kivra", "2. Nowhere")->trigger();
+    QTest::keyClick(window->widget()->findChild<QWidget*>("txpNote"), Qt::Key_2, Qt::AltModifier);
     EXPECT_EQ(seen, "This function is not available in this version of QX Desk.");
+    EXPECT_EQ(notes->note.Text(), "") << "Alt+2 in a screen clicks the button, types nothing";
 
     notes->refuseClose = true;
     window->close();
@@ -152,6 +163,27 @@ TEST_F(QtDesk, MenusOpenScreensInWindowsAndModally) {
         QTest::keyClick(modal.findChild<QWidget*>("txpNote"), Qt::Key_Escape);
     });
     EXPECT_FALSE(app.ShowModal(dialog)) << "Esc closes without accepting";
+}
+
+// The desk opens maximised the first time and as the user left it after that.
+TEST_F(QtDesk, TheWindowOpensAsTheUserLeftIt) {
+    test::TempFolder folder;
+    QSettings settings(QString::fromStdString((folder.Path() / "desk.ini").string()), QSettings::IniFormat);
+    {
+        desk::QtFrontend first;
+        desk::DeskApp firstApp{first};
+        first.Window().ShowAsLeft(settings);
+        EXPECT_TRUE(first.Window().isMaximized());
+        first.Window().showNormal();
+        first.Window().setGeometry(40, 50, 700, 500);
+        first.Window().close();
+    }
+    desk::QtFrontend second;
+    desk::DeskApp secondApp{second};
+    second.Window().ShowAsLeft(settings);
+    EXPECT_FALSE(second.Window().isMaximized());
+    EXPECT_EQ(second.Window().size(), QSize(700, 500));
+    second.Window().close();
 }
 
 // The list dialog at the keyboard: letters typed move to the first entry that starts with
@@ -297,15 +329,18 @@ TEST_F(QtDesk, TheKivraScreensOfAMandiFirm) {
     desk::RegisterHostMasters(app);
     app.LoadModules(std::getenv("QX_MODULES_DIR"));
     app.OpenCompany(company);
-    frontend.Window().resize(1440, 720); // room for the module's ten buttons
 
-    // Opening the company rebuilt the menus: one row of the module's buttons, on screen.
+    // Opening the company rebuilt the menus: one row of the module's buttons, on screen, the
+    // ten of them within a screen of 1366 pixels, each with a picture drawn for it.
     const auto bars = frontend.Window().findChildren<QToolBar*>("SplMenu.Kivra");
     auto visible = [](QToolBar* b) { return b->isVisible(); };
     ASSERT_EQ(std::count_if(bars.begin(), bars.end(), visible), 1);
     QToolBar* bar = *std::find_if(bars.begin(), bars.end(), visible);
     ASSERT_EQ(bar->actions().size(), 10);
-    bar->actions().at(9)->trigger();
+    EXPECT_LE(bar->sizeHint().width(), 1366 - 40);
+    for (const auto& button : app.SpecialMenus().front()->Buttons())
+        EXPECT_TRUE(desk::HasPicture(button.icon)) << button.icon;
+    QTest::keyClick(&frontend.Window(), Qt::Key_0, Qt::AltModifier); // the tenth button
     ASSERT_EQ(app.OpenScreens().size(), 1u);
     QMdiSubWindow* window = frontend.WindowOf(*app.OpenScreens().back());
     ASSERT_NE(window, nullptr);
@@ -322,6 +357,7 @@ TEST_F(QtDesk, TheKivraScreensOfAMandiFirm) {
     ASSERT_NE(window, nullptr);
     auto buttons = window->findChildren<QToolButton*>();
     ASSERT_EQ(buttons.size(), 10);
+    for (QToolButton* button : buttons) EXPECT_TRUE(desk::HasPicture(button->toolTip().toStdString()));
     buttons.front()->setFocus();
     QString caption;
     test::WhenModalOpens([&](QWidget& dialog) {
