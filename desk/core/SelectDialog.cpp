@@ -21,6 +21,10 @@ public:
     ui::Grid* list;
     ui::StdButtons* buttons;
 
+protected:
+    // The keyboard starts in the list, so that Enter takes the entry shown chosen.
+    void FirstActivate() override { Focus(*list); }
+
 private:
     void Take() override {
         if (list->Row() >= 1 && list->Row() < list->Rows()) Close(true);

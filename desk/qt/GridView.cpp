@@ -3,6 +3,7 @@
 #include "CellAlignment.h"
 #include "ScreenWidget.h"
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPointer>
@@ -70,7 +71,39 @@ public:
                            12 * verticalHeader()->defaultSectionSize();
         return {std::min(width, 1400), height};
     }
+
+    // The cursor's highlight shows in the grid that has the keyboard only: a screen of three
+    // grids shows the one place where typing goes.
+    void ShowCursor(bool shown) {
+        const QPalette standard = QApplication::palette(this);
+        QPalette colours = palette();
+        for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+            colours.setColor(group, QPalette::Highlight,
+                             standard.color(group, shown ? QPalette::Highlight : QPalette::Base));
+            colours.setColor(group, QPalette::HighlightedText,
+                             standard.color(group, shown ? QPalette::HighlightedText : QPalette::Text));
+        }
+        setPalette(colours);
+    }
+
+protected:
+    void focusInEvent(QFocusEvent* event) override {
+        ShowCursor(true);
+        QTableWidget::focusInEvent(event);
+    }
+    void focusOutEvent(QFocusEvent* event) override {
+        ShowCursor(false);
+        QTableWidget::focusOutEvent(event);
+    }
 };
+
+// A column is never narrower than its caption, shown bold where the cursor's column is.
+int CaptionWidth(const QTableWidget& table, const QString& caption) {
+    QFont font = table.horizontalHeader()->font();
+    font.setBold(true);
+    const int margin = table.style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, table.horizontalHeader());
+    return QFontMetrics(font).horizontalAdvance(caption) + 4 * margin;
+}
 
 } // namespace
 
@@ -78,6 +111,7 @@ GridView::GridView(ui::Grid& grid, ScreenWidget& screen, QWidget* parent)
     : ControlView(grid, screen), grid_(grid), table_(new GridTable(parent)),
       editing_(new GridEditing(screen, table_)) {
     table_->setObjectName(ToQString(grid.Name()));
+    static_cast<GridTable*>(table_)->ShowCursor(false);
     table_->setItemDelegate(editing_);
     table_->verticalHeader()->hide();
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -108,16 +142,17 @@ void GridView::RefreshContent() {
     table_->setColumnCount(cols);
     table_->setRowCount(grid_.Rows() - 1);
     QStringList captions;
+    for (int col = 0; col < cols; ++col) captions << ToQString(grid_.Column(col).caption);
+    table_->setHorizontalHeaderLabels(captions);
     for (int col = 0; col < cols; ++col) {
         const ui::GridColumn& column = grid_.Column(col);
-        captions << ToQString(column.caption);
+        table_->horizontalHeaderItem(col)->setTextAlignment(print::CellAlignment(column.align, {}) |
+                                                            Qt::AlignVCenter);
         table_->setColumnHidden(col, column.width <= 0);
-        if (column.width > 0) table_->setColumnWidth(col, TwipsToPixels(column.width, *table_));
+        if (column.width > 0)
+            table_->setColumnWidth(col, std::max(TwipsToPixels(column.width, *table_), CaptionWidth(*table_, captions[col])));
     }
-    table_->setHorizontalHeaderLabels(captions);
-    for (int col = 0; col < cols; ++col)
-        table_->horizontalHeaderItem(col)->setTextAlignment(
-            print::CellAlignment(grid_.Column(col).align, {}) | Qt::AlignVCenter);
+    table_->clearSpans();
 
     const QBrush fixedBackground = table_->palette().button();
     for (int row = 1; row < grid_.Rows(); ++row) {
@@ -156,7 +191,22 @@ void GridView::RefreshContent() {
             }
         }
     }
+    SpanHeadings();
     ShowModelCursor();
+}
+
+// A heading row's text runs on over the empty cells after it, as the printed report shows it.
+void GridView::SpanHeadings() {
+    for (int row = 1; row < grid_.Rows(); ++row) {
+        if (!HasMark(grid_.RowMarks(row), "headingfonts")) continue;
+        for (int col = 0; col < grid_.Cols(); ++col) {
+            if (grid_.TextMatrix(row, col).empty() || table_->isColumnHidden(col)) continue;
+            int end = col + 1;
+            while (end < grid_.Cols() && grid_.TextMatrix(row, end).empty()) ++end;
+            if (end - col > 1) table_->setSpan(row - 1, col, 1, end - col);
+            col = end - 1;
+        }
+    }
 }
 
 void GridView::ShowModelCursor() {

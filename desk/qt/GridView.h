@@ -30,6 +30,7 @@ private:
     void CellCommitted(QTableWidgetItem& item);
     void CurrentCellMoved(int row, int col);
     void ShowModelCursor();
+    void SpanHeadings();
     void ReopenEditor();
 
     ui::Grid& grid_;

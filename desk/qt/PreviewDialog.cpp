@@ -4,14 +4,18 @@
 #include "PrintRenderer.h"
 
 #include <QComboBox>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrintPreviewWidget>
 #include <QPushButton>
+#include <QScreen>
 #include <QToolButton>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace qx::desk {
 namespace {
@@ -83,7 +87,11 @@ PreviewDialog::PreviewDialog(PrintJob job, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(buttons);
     layout->addWidget(preview_, 1);
-    resize(900, 1000);
+    // The page's width fills the dialog, which stays on the screen the desk is on.
+    preview_->setZoomMode(QPrintPreviewWidget::FitToWidth);
+    const QScreen* screen = parent ? parent->screen() : QGuiApplication::primaryScreen();
+    const QSize room = screen ? screen->availableGeometry().size() * 9 / 10 : QSize(900, 700);
+    resize(std::min(900, room.width()), room.height());
 }
 
 int PreviewDialog::PageCount() const { return preview_->pageCount(); }

@@ -15,6 +15,7 @@
 #include <QPointer>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace qx::desk {
@@ -119,7 +120,13 @@ void QtFrontend::Show(std::shared_ptr<ui::Screen> screen) {
     auto* window = new ScreenWindow(std::move(screen), *app_);
     windows_[key] = window;
     Window().Area().addSubWindow(window);
-    window->show();
+    // A screen of rows (a document, a report, a master) takes the whole area, as the window
+    // it replaces on paper would take the desk; a menu or a small form keeps its own size.
+    const auto& controls = window->Model().Controls();
+    const bool rows = std::any_of(controls.begin(), controls.end(),
+                                  [](const auto& control) { return control->Kind() == ui::ControlKind::Grid; });
+    if (rows) window->showMaximized();
+    else window->show();
     Window().Area().setActiveSubWindow(window);
 }
 

@@ -25,6 +25,7 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QCalendarWidget>
 #include <QLineEdit>
 #include <QMdiSubWindow>
@@ -163,6 +164,44 @@ TEST_F(QtDesk, MenusOpenScreensInWindowsAndModally) {
         QTest::keyClick(modal.findChild<QWidget*>("txpNote"), Qt::Key_Escape);
     });
     EXPECT_FALSE(app.ShowModal(dialog)) << "Esc closes without accepting";
+}
+
+// A report opened from the keyboard (9, its period, its market) takes the main window's area;
+// its captions are whole and a heading row reads across the empty cells after it.
+TEST_F(QtDesk, AReportUsesTheWindowAndShowsItsHeadingsWhole) {
+    test::TempFolder folder;
+    ASSERT_NO_FATAL_FAILURE(OpenDemoCompany(folder));
+    frontend.Window().resize(1366, 740);
+    test::WhenModalsOpen(2, [](QWidget& modal) { // the period, then the market
+        QWidget* box = modal.focusWidget() ? modal.focusWidget() : modal.findChild<QLineEdit*>();
+        QTest::keyClick(box ? box : &modal, modal.windowTitle() == "Period" ? Qt::Key_F10 : Qt::Key_Return);
+    });
+    QTest::keyClick(&frontend.Window(), Qt::Key_9);
+    ASSERT_EQ(app.OpenScreens().size(), 1u);
+    QMdiSubWindow* window = frontend.WindowOf(*app.OpenScreens().back());
+    ASSERT_NE(window, nullptr);
+    EXPECT_TRUE(window->isMaximized());
+    QApplication::processEvents();
+    auto* grid = window->findChild<QTableWidget*>();
+    ASSERT_NE(grid, nullptr);
+    const QFontMetrics bold = [&] {
+        QFont font = grid->horizontalHeader()->font();
+        font.setBold(true);
+        return QFontMetrics(font);
+    }();
+    for (int col = 0; col < grid->columnCount(); ++col) {
+        if (grid->isColumnHidden(col)) continue;
+        EXPECT_GT(grid->columnWidth(col), bold.horizontalAdvance(grid->horizontalHeaderItem(col)->text()))
+            << grid->horizontalHeaderItem(col)->text().toStdString();
+    }
+    int headings = 0;
+    for (int row = 0; row < grid->rowCount(); ++row)
+        if (grid->item(row, 0) && grid->item(row, 0)->text().startsWith("Pending")) {
+            ++headings;
+            EXPECT_GT(grid->columnSpan(row, 0), 1);
+        }
+    EXPECT_EQ(headings, 1);
+    EXPECT_TRUE(Shoot(frontend.Window(), "daily-summary.png"));
 }
 
 // The desk opens maximised the first time and as the user left it after that.
@@ -413,6 +452,23 @@ TEST_F(QtDesk, JFormsAndIFormsOnTheEntryScreen) {
         QApplication::processEvents();
         EXPECT_TRUE(Shoot(frontend.Window(), file));
         EXPECT_EQ(screen->Grid().TextMatrix(1, screen->Member("COL_PRODUCT_ID")), "PADDY");
+        // The keyboard is in the date box: no grid shows a highlighted cell until it comes.
+        auto* grid = window->findChild<QTableWidget*>("Grid");
+        ASSERT_NE(grid, nullptr);
+        auto cursorColour = [grid] {
+            const QRect cell = grid->visualItemRect(grid->currentItem());
+            return grid->viewport()->grab().toImage().pixelColor(cell.topLeft() + QPoint(3, 3));
+        };
+        // The style shades its highlight a little.
+        auto highlighted = [](QColor painted) {
+            const QColor highlight = QApplication::palette().color(QPalette::Active, QPalette::Highlight);
+            return std::abs(painted.red() - highlight.red()) + std::abs(painted.green() - highlight.green()) +
+                       std::abs(painted.blue() - highlight.blue()) < 30;
+        };
+        EXPECT_FALSE(highlighted(cursorColour()));
+        grid->setFocus();
+        QApplication::processEvents();
+        EXPECT_TRUE(highlighted(cursorColour()));
         app.CloseScreen(*screen);
     };
     shoot("JForms", 1, "j-form.png"); // GURMEET SINGH: a line to PUNGRAIN and one to SELF
