@@ -1,4 +1,5 @@
 // `qx` as support staff and scripts use it.
+#include "support/QxRun.h"
 #include "support/Desk.h"
 
 #include "desk/cli/Commands.h"
@@ -22,17 +23,8 @@ using qx::test::FileBytes;
 
 namespace {
 
-struct QxRun {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-QxRun Qx(std::vector<std::string> args) {
-    std::ostringstream out, err;
-    int status = cli::Run(args, out, err);
-    return {status, out.str(), err.str()};
-}
+using test::Qx;
+using test::QxRun;
 
 // What every test that writes a company ends with: `qx check` finds its books in order (with
 // notes, such as what the day vouchers' round off takes).

@@ -1,5 +1,6 @@
 // `qx report` on the demo company: the module's reports made through their own screens, as a
 // user opens them, and saved as the accountant asks.
+#include "support/QxRun.h"
 #include "support/Desk.h"
 
 #include "desk/cli/Commands.h"
@@ -18,11 +19,7 @@ using testing::Not;
 
 namespace {
 
-struct QxRun {
-    int status;
-    std::string out;
-    std::string err;
-};
+using test::QxRun;
 
 class QxReport : public testing::Test {
 protected:
@@ -34,11 +31,7 @@ protected:
     }
     static void TearDownTestSuite() { delete folder_; }
 
-    static QxRun Run(const std::vector<std::string>& args) {
-        std::ostringstream out, err;
-        const int status = cli::Run(args, out, err);
-        return {status, out.str(), err.str()};
-    }
+    static QxRun Run(const std::vector<std::string>& args) { return test::Qx(args); }
     static QxRun Report(std::vector<std::string> args) {
         args.insert(args.begin(), {"report", company_});
         return Run(args);

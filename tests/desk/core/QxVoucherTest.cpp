@@ -1,5 +1,6 @@
 // `qx voucher`: vouchers typed from a file through the voucher screen, on the demo company
 // (whose opening balances, receipts and payments come in the same way).
+#include "support/QxRun.h"
 #include "support/Desk.h"
 
 #include "desk/cli/Commands.h"
@@ -13,17 +14,8 @@ using namespace qx;
 
 namespace {
 
-struct QxRun {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-QxRun Qx(std::vector<std::string> args) {
-    std::ostringstream out, err;
-    int status = cli::Run(args, out, err);
-    return {status, out.str(), err.str()};
-}
+using test::Qx;
+using test::QxRun;
 
 class QxVoucher : public testing::Test {
 protected:
